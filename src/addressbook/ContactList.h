@@ -1,0 +1,37 @@
+#pragma once
+
+#include "addressbook/Contact.h"
+
+#include <QHash>
+
+#include <list>
+
+/// A keyed collection of contacts in insertion order; a key occurs at most once. Adding, removing and looking up take
+/// constant time, so that batches stay linear. Pointers to contacts stay valid until the contact is removed.
+class ContactList {
+public:
+    ContactList() = default;
+    ContactList(const ContactList&) = delete;
+    ContactList& operator=(const ContactList&) = delete;
+
+    [[nodiscard]] int Count() const { return static_cast<int>(m_list.size()); }
+    /// The collection itself, for iteration in order.
+    [[nodiscard]] const std::list<Contact>& list() const { return m_list; }
+    void Clear();
+    /// A key that is already there leaves the list as it was. Returns the contact that now stands under the key.
+    Contact& Add(Contact contact);
+    /// Both throw std::out_of_range for an unknown key.
+    void Remove(const Contact& contact);
+    void RemoveByKey(const QString& key);
+    /// Null for an unknown key: the membership test.
+    [[nodiscard]] Contact* ContactByKey(const QString& key);
+    [[nodiscard]] const Contact* ContactByKey(const QString& key) const;
+    /// Adds a contact for each remaining row; the recordset is left at its end and open. False without a recordset.
+    bool Load(engine::Recordset* rows);
+    /// Walks the list and reads key and name of each contact: a hook for a debugger, without any output.
+    void Show() const;
+
+private:
+    std::list<Contact> m_list;
+    QHash<QString, std::list<Contact>::iterator> m_byKey;
+};

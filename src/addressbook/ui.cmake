@@ -1,0 +1,1 @@
+# The phonebook side of the main window: tabs, list, details.

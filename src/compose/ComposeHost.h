@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QStringList>
+
+/// What the composing side asks of the rest of the main window.
+class ComposeHost {
+public:
+    virtual ~ComposeHost() = default;
+    /// Clears the contact detail panel, as Reset does.
+    virtual void ClearContactInfo() = 0;
+    virtual void ContactListFocus(bool home) = 0;
+    /// Asks for a name and makes a group of these contacts (private ones are left out).
+    virtual void CreateGroupFromKeys(const QStringList& keys) = 0;
+    /// Switches the poll of the delivery tracker on (tmrCheckMsgStatus).
+    virtual void StartTracking() = 0;
+};

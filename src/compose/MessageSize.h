@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QString>
+
+/// How much of the configured message size a composition uses. Everything here is plain arithmetic; the message panel
+/// shows it.
+struct MessageSize {
+    qint16 TailLen = 0;    // length of the tail text plus 1 for the blank before it
+    qint16 Available = 0;  // maximum less TailLen; negative for a tail longer than the maximum
+    qint16 Used = 0;       // GSMTextLength of the text
+    qint16 Remaining = 0;  // Available less Used
+    qint16 Parts = 1;      // SMS parts of the finished text
+    /// The text, cut from its end until it fits (or is empty).
+    QString Text;
+    bool IsCut = false;
+
+    static constexpr qint16 SinglePartLimit = 160;
+    static constexpr qint16 PartSize = 152;
+
+    /// `maximum` is MaxMessageSize, at least 160.
+    [[nodiscard]] static MessageSize Measure(const QString& text, const QString& tailText, qint16 maximum);
+};
+
+/// ": " signature " - " tail, or " - " tail without a signature. `signature` is trimmed here.
+[[nodiscard]] QString BuildTailText(const QString& signature, const QString& tail);

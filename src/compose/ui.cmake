@@ -1,0 +1,1 @@
+# The composing side of the main window: message, recipients, send buttons.

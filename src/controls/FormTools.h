@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QString>
+
+class QWidget;
+
+/// What every form does with its texts. A control's text is its property "text", or "title" (frames) or "plainText".
+namespace FormTools {
+
+/// Replaces "{APP}", "{SUITE}" and "{YEAR}" (`year`, four digits) in every control below `form` and in the form's title; a
+/// text without placeholders is not written.
+void ExpandPlaceholders(QWidget& form, int year);
+void ExpandControl(QWidget& control, int year);
+
+/// Window title: `indent` blanks, the product's title, and " - " and `title` unless that is empty.
+void SetFormCaption(QWidget& form, const QString& title, int indent = 0);
+
+/// Selection over the whole text of a line or text edit; focus if asked. Other controls are left alone.
+void SelectAllText(QWidget& control, bool setFocus);
+/// Caret behind the text, nothing selected, focus.
+void CaretToEnd(QWidget& control);
+
+}  // namespace FormTools

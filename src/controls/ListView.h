@@ -1,0 +1,82 @@
+#pragma once
+
+#include "controls/RowModel.h"
+
+#include <QIcon>
+#include <QListView>
+
+/// A list of one column with uniform row heights on a RowModel: extended selection, image list, text dragged out of it
+/// (the selected keys, each closed by CR LF), text dropped on it. Ignorant of what its rows stand for.
+class ListView : public QListView {
+    Q_OBJECT
+public:
+    explicit ListView(QWidget* parent = nullptr);
+
+    [[nodiscard]] RowModel& Rows() { return *m_rows; }
+    [[nodiscard]] const RowModel& Rows() const { return *m_rows; }
+
+    /// Image `number`, counted from 1, for rows whose SmallIcon is that number.
+    void SetImage(int number, const QIcon& icon);
+
+    /// In row order.
+    [[nodiscard]] QStringList SelectedKeys() const;
+    [[nodiscard]] bool HasSelection() const;
+    /// Key of the row that has the cursor; empty if none.
+    [[nodiscard]] QString CurrentKey() const;
+    void SelectAllRows();
+    void UnselectAllRows();
+    void SelectKey(const QString& key);
+    void EnsureVisible(int row);
+    /// First visible row, from 0, and how many whole rows fit.
+    [[nodiscard]] int TopRow() const;
+    [[nodiscard]] int RowsPerPage() const;
+
+    /// Text that a drag out of this list carries; text/plain.
+    [[nodiscard]] QString DragText() const;
+    void SetDragOut(bool on);
+    void SetDropIn(bool on);
+
+Q_SIGNALS:
+    void ItemClicked(const QString& key);
+    /// Empty key when no row is under the mouse.
+    void ItemDoubleClicked(const QString& key);
+    void EnterPressed();
+    void DeletePressed();
+    /// The right button was released, or the menu key pressed; global position.
+    void ContextMenuRequested(const QPoint& position);
+    /// Text was dropped here. `source` is the object name of the widget that the drag came from, empty if from outside.
+    void TextDropped(const QString& text, const QString& source);
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void startDrag(Qt::DropActions actions) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+
+private:
+    RowModel* m_rows;
+    QList<QIcon> m_images;
+    bool m_isDropIn = false;
+};
+
+/// Switches off repainting of a widget for its lifetime; does nothing if it was off already, and is safe if the widget dies
+/// first.
+class RedrawOff {
+public:
+    explicit RedrawOff(QWidget& widget);
+    ~RedrawOff();
+    RedrawOff(const RedrawOff&) = delete;
+    RedrawOff& operator=(const RedrawOff&) = delete;
+
+private:
+    QPointer<QWidget> m_widget;
+};
+
+/// Brings a row to the top of the visible part of a list.
+namespace mdlListViewBugFix {
+/// `index` is the row's position counted from 1.
+void ScrollToItem(ListView& list, int index);
+}  // namespace mdlListViewBugFix

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QPoint>
+
+class QAction;
+class QDialog;
+class QMenu;
+class QWidget;
+
+/// The one way by which anything modal is shown: dialogs and popup menus. A seam, so that a test can answer.
+class ModalDoor {
+public:
+    virtual ~ModalDoor() = default;
+    /// Shows the dialog over `owner` until it hides; safe if the dialog dies meanwhile.
+    virtual void ShowModal(QDialog& dialog, QWidget* owner) = 0;
+    /// Shows the menu at a global position; the chosen action, or null.
+    virtual QAction* ShowMenu(QMenu& menu, const QPoint& position) = 0;
+};
+
+/// Real dialogs and menus, in a nested event loop.
+class ScreenModalDoor final : public ModalDoor {
+public:
+    void ShowModal(QDialog& dialog, QWidget* owner) override;
+    QAction* ShowMenu(QMenu& menu, const QPoint& position) override;
+};

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QAbstractListModel>
+#include <QHash>
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+/// One row of a ListView.
+struct ListRow {
+    QString Key;  // unique in its list
+    QString Text;
+    QString ToolTip;
+    int SmallIcon = 0;  // image of the list's image list, counted from 1; 0: none
+    bool IsChecked = false;  // shown only by a list with check boxes
+
+    bool operator==(const ListRow&) const = default;
+};
+
+/// The rows behind a ListView, each under a key. Looking a row up by key takes constant time; adding and removing a batch
+/// takes time linear in the rows.
+class RowModel : public QAbstractListModel {
+    Q_OBJECT
+public:
+    explicit RowModel(QObject* parent = nullptr);
+
+    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+    [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
+    bool setData(const QModelIndex& index, const QVariant& value, int role) override;
+
+    /// Rows get a check box that `setData` with Qt::CheckStateRole changes.
+    void SetCheckable(bool checkable);
+    [[nodiscard]] int Count() const { return static_cast<int>(m_rows.size()); }
+    [[nodiscard]] const ListRow& At(int row) const { return m_rows[row]; }
+    /// -1 for an unknown key.
+    [[nodiscard]] int RowOf(const QString& key) const;
+    [[nodiscard]] QStringList KeyList() const;
+    void Clear();
+    /// Replaces all rows; rows whose key repeats are left out.
+    void Assign(QList<ListRow> rows);
+    /// Row number of the new row; -1 when the key is already there, and nothing changes.
+    int Add(const ListRow& row);
+    /// Appends the rows whose keys are new, with one notice to the views. Returns how many.
+    int AddAll(const QList<ListRow>& rows);
+    /// False for an unknown key. The row keeps its key and place.
+    bool Update(const QString& key, const ListRow& row);
+    /// Removes these keys (unknown ones are passed over) in one pass.
+    void RemoveKeys(const QStringList& keys);
+
+private:
+    void Reindex();
+
+    QList<ListRow> m_rows;
+    QHash<QString, int> m_byKey;
+    bool m_isCheckable = false;
+};

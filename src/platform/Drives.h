@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QString>
+
+/// Network drives: letters and what is mounted under them.
+class Drives {
+public:
+    virtual ~Drives() = default;
+    /// The remote name behind "X:", as "\\server\share"; empty if the letter stands for nothing.
+    [[nodiscard]] virtual QString GetNetworkConnection(const QString& drive) const = 0;
+    /// Asks the machine to bring a mapped drive back. The outcome is not known.
+    virtual void RestoreNetworkDrive(int window, const QString& drive) = 0;
+};
+
+/// The drives of this machine: mounted network file systems (cifs, smb3, nfs) and the table `drives.ini`
+/// (one line "X:=/mnt/office" or "\\server\share=/mnt/office" in its section [Drives]) in the settings folder.
+class SystemDrives final : public Drives {
+public:
+    [[nodiscard]] QString GetNetworkConnection(const QString& drive) const override;
+    void RestoreNetworkDrive(int window, const QString& drive) override;
+};
+
+/// Turns any path into what this machine opens, at the last moment before it is opened: backslashes become
+/// slashes, "X:\..." and "\\server\share\..." are looked up among the mounted network file systems and in
+/// `drives.ini`, and a name that does not exist as written is matched without regard to case. A path that
+/// cannot be resolved comes back with its separators turned. The empty path stays empty.
+[[nodiscard]] QString NativePath(const QString& path);

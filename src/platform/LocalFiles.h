@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <optional>
+
+/// The small files that the program keeps beside itself. All paths go through NativePath. A seam, so that a
+/// test can let any write fail after any number of bytes.
+class LocalFiles {
+public:
+    virtual ~LocalFiles() = default;
+    [[nodiscard]] virtual bool Exists(const QString& path) const = 0;
+    /// Length in bytes; -1 if there is no such file.
+    [[nodiscard]] virtual qint64 Size(const QString& path) const = 0;
+    /// The whole file; nothing if it cannot be read.
+    [[nodiscard]] virtual std::optional<QByteArray> Read(const QString& path) const = 0;
+    /// Replaces the whole file by an atomic rename: afterwards it holds the old bytes or the new ones, whatever
+    /// happens in between. False if it was not replaced. A new file gets mode 0600.
+    [[nodiscard]] virtual bool Replace(const QString& path, const QByteArray& bytes) = 0;
+    /// Appends in one write; makes the file (mode 0600) if it is missing. False if not all bytes went in; what
+    /// a failed append wrote is taken off again.
+    [[nodiscard]] virtual bool Append(const QString& path, const QByteArray& bytes) = 0;
+    [[nodiscard]] virtual bool Remove(const QString& path) = 0;
+};
+
+/// Files on the disk.
+class DiskFiles final : public LocalFiles {
+public:
+    [[nodiscard]] bool Exists(const QString& path) const override;
+    [[nodiscard]] qint64 Size(const QString& path) const override;
+    [[nodiscard]] std::optional<QByteArray> Read(const QString& path) const override;
+    [[nodiscard]] bool Replace(const QString& path, const QByteArray& bytes) override;
+    [[nodiscard]] bool Append(const QString& path, const QByteArray& bytes) override;
+    [[nodiscard]] bool Remove(const QString& path) override;
+};

@@ -1,0 +1,71 @@
+#pragma once
+
+#include "store/DB.h"
+
+#include <QDateTime>
+#include <QString>
+
+#include <memory>
+#include <optional>
+
+class MessageBoxes;
+class Settings;
+
+/// What is global about the outbox.
+struct OutboxState {
+    /// Exists from the first OpenOutbox onward. Not kept open: each user opens, works and closes.
+    std::unique_ptr<DB> OutboxDB;
+    /// The longest full message in characters; never below 160 once the System record was read.
+    qint16 MaxMessageSize = 160;
+};
+
+/// What the outbox operations need.
+struct OutboxServices {
+    OutboxState& State;
+    Settings& AppSettings;
+    MessageBoxes& Boxes;
+    DBServices Database;
+};
+
+/// One row of the table Message as it is submitted.
+struct OutgoingMessage {
+    QString Recipient;  // display name, cut to 30 characters
+    QString Address;    // phone number, cut to 30
+    QString Text;       // merged body, signature and tail, cut to MaxMessageSize
+    QDateTime SendTime;
+    QString Station;  // cut to 32
+    QString Signature;
+    qint16 BodyTextSize = 0;  // characters at the start of Text that are the body
+};
+
+/// The operations on the outbox that live in one place. The client meets the gateway in the table Message: it inserts one
+/// row per recipient; the gateway takes the rows that are due and writes status, delivery and cost back.
+namespace mdlOutbox {
+
+/// Doubles each ' so that a text can stand between single quotes.
+[[nodiscard]] QString QuoteSQL(const QString& text);
+
+/// False while a message is still on its way or could not be sent yet (0, 1, 3, 4); true for every other status.
+[[nodiscard]] bool IsMessageFinal(qint32 status);
+
+/// The file that a setting names: itself if it contains ".mdb", otherwise "smsmessages.mdb" in that folder; empty for empty.
+[[nodiscard]] QString OutboxFile(const QString& setting);
+
+/// Makes a new OutboxDB for the configured file and reads the System record, twice, with a restore of the mapped drive in
+/// between. True if either pass succeeded. Leaves the database closed and shows nothing.
+bool OpenOutbox(const OutboxServices& services);
+
+/// Reads MaxMessageSize from the table System while OutboxDB is open.
+void ReadSystemRecord(const OutboxServices& services);
+
+[[nodiscard]] QString BuildInsertMessageSQL(const OutgoingMessage& message);
+
+/// Cuts, inserts and reads the identity back; OutboxDB is open with mode 19. The new msgID, 0 on failure (a box has told
+/// why). Throws OverflowError for a msgID beyond 32767: the row is written by then.
+[[nodiscard]] qint16 InsertMessage(const OutboxServices& services, OutgoingMessage message);
+
+/// Cancels a message that the gateway has not taken yet. True if exactly this row was canceled; nothing if the outbox could
+/// not be opened, which reads as false. Uses an open connection, or opens and closes one.
+[[nodiscard]] std::optional<bool> CancelMessage(const OutboxServices& services, qint32 id);
+
+}  // namespace mdlOutbox

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QByteArray>
+#include <QDateTime>
+#include <QList>
+#include <QString>
+
+class CodePage;
+class Folders;
+class LocalFiles;
+class MessageBoxes;
+
+/// One record of history.sms: 1069 bytes, little-endian, no bytes between records.
+///
+/// | offset | width | type                  | field                                                  |
+/// |--------|-------|-----------------------|--------------------------------------------------------|
+/// | 0      | 4     | signed 32-bit integer | message ID                                             |
+/// | 4      | 3     | bytes                 | reserved, never assigned, written back as read         |
+/// | 7      | 30    | text                  | recipient, ANSI code page, filled with blanks          |
+/// | 37     | 1024  | text                  | message as composed: merge fields in place, no tail    |
+/// | 1061   | 8     | IEEE 754 double       | send time, days since 30 December 1899, local time     |
+struct HistoryRecord {
+    static constexpr int Size = 1069;
+    static constexpr int RecipientWidth = 30;
+    static constexpr int TextWidth = 1024;
+
+    qint32 MessageID = 0;
+    QByteArray Reserved = QByteArray(3, '\0');
+    /// Without the blanks that fill the field.
+    QString Recipient;
+    QString Text;
+    QDateTime SendTime;
+};
+
+/// The two local files that tell which rows of the shared outbox are this workstation's own: history.sms, the newest 250
+/// messages, newest first, and messagelog.sms, a text log with a line for each message, appended to and never read back.
+/// No procedure returns an error; nothing stays in memory between calls.
+class mdlHistory {
+public:
+    static constexpr int MaxRecords = 250;
+
+    mdlHistory(LocalFiles& files, Folders& folders, MessageBoxes& boxes, const CodePage& page);
+
+    /// Newest first; empty where the file is missing, empty or was found corrupt (a box has told, and it is deleted).
+    QList<HistoryRecord> ReadHistory();
+    /// Puts a message in front of history.sms and a line behind messagelog.sms.
+    void AddToHistory(qint32 msgID, const QString& recipient, const QString& text, const QDateTime& sendTime);
+    /// Leaves history.sms present and empty.
+    void ClearHistory();
+    /// True when the file's length is 0 or a whole multiple of 1069; a missing file has length 0.
+    [[nodiscard]] bool IsHistoryFileValid(const QString& path) const;
+
+private:
+    [[nodiscard]] QByteArray ReadRecords();
+    [[nodiscard]] QString HistoryPath() const;
+    [[nodiscard]] QString LogPath() const;
+
+    LocalFiles& m_files;
+    Folders& m_folders;
+    MessageBoxes& m_boxes;
+    const CodePage& m_page;
+};

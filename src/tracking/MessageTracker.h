@@ -1,0 +1,80 @@
+#pragma once
+
+#include <QDateTime>
+#include <QString>
+#include <QVariant>
+
+#include <array>
+
+class Clock;
+class MessageTracker;
+class Settings;
+struct OutboxState;
+
+/// Tells the user about slots that have reached a final status.
+class DeliverySink {
+public:
+    virtual ~DeliverySink() = default;
+    /// Shows what is final, clears those slots and returns how many of them were failures.
+    virtual qint16 PopupNotify(MessageTracker& tracker) = 0;
+};
+
+/// Remembers the last messages that this client put in the outbox, polls their status at a configured interval and, when a
+/// message reaches a final status, hands it to the notification and forgets it. Driven by the timer tmrCheckMsgStatus of the
+/// main window; keeps nothing on disk.
+class MessageTracker {
+public:
+    static constexpr int SlotCount = 50;
+
+    struct Slot {
+        qint32 msgID = 0;  // 0 marks a free slot
+        qint32 status = 0;
+        QString recipient;
+        QString number;  // the number to show, or "(Private Number)"
+        QString deliveryTime;  // "HH:NN" or empty
+        QString text;  // first 50 characters of the merged message, trimmed
+    };
+
+    MessageTracker(OutboxState& outbox, Settings& settings, Clock& clock);
+
+    [[nodiscard]] bool Enabled() const { return m_enabled; }
+    /// Writing false also clears all slots.
+    void SetEnabled(bool enabled);
+    /// Seconds between polls.
+    qint16 RefreshInterval = 60;
+    bool PlaySound = false;
+    /// Who is told of final messages; none while there is nobody to tell: final slots then wait.
+    void SetSink(DeliverySink* sink) { m_sink = sink; }
+
+    /// Takes a message into the first free slot; with none free the oldest is dropped. Does nothing while disabled.
+    void Track(qint32 msgID, const QString& recipient, const QString& number, const QString& text);
+    /// Clears the first slot with this msgID; an unknown one does nothing.
+    void CancelTracking(qint32 msgID);
+    /// The poll and the notification. Returns the number of failures notified. Ignores failures.
+    qint16 Update();
+    /// Reads the status of all pending slots in one statement when the interval has passed. True if the poll ran.
+    bool CheckDB();
+
+    void ClearSlot(int slot);
+    [[nodiscard]] const Slot& SlotAt(int slot) const { return m_slots[static_cast<size_t>(slot)]; }
+    /// Before this moment no poll runs; invalid at creation.
+    [[nodiscard]] QDateTime NextCheck() const { return m_nextCheck; }
+
+    /// Empty for a null, otherwise "HH:NN".
+    [[nodiscard]] static QString FormatTime(const QVariant& value);
+
+    void LoadSettings();
+    void SaveSettings();
+
+private:
+    void ClearAllSlots();
+    void PollAgainLater();
+
+    OutboxState& m_outbox;
+    Settings& m_settings;
+    Clock& m_clock;
+    DeliverySink* m_sink = nullptr;
+    bool m_enabled = true;
+    QDateTime m_nextCheck;
+    std::array<Slot, SlotCount> m_slots;
+};
