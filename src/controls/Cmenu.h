@@ -3,6 +3,7 @@
 #include <QMenu>
 #include <QPoint>
 #include <QString>
+#include <QStringList>
 
 #include <memory>
 
@@ -14,7 +15,8 @@ public:
     explicit Cmenu(const QString& caption = QString());
 
     /// A text entry; the text "-" is a separator.
-    void AddItem(int id, const QString& text, bool isDefault = false, bool isGrayed = false, bool isChecked = false);
+    void AddItem(int id, const QString& text, bool isDefault = false, bool isGrayed = false,
+                 bool isChecked = false);
     /// A submenu; the entries of `menu` answer with their own numbers. Takes the menu over.
     void AddItem(Cmenu menu);
     /// Shows the menu at a global position. The number of the entry chosen, 0 for none.

@@ -4,11 +4,12 @@
 
 class QWidget;
 
-/// What every form does with its texts. A control's text is its property "text", or "title" (frames) or "plainText".
+/// What every form does with its texts. A control's text is its property "text", or "title" (frames) or
+/// "plainText".
 namespace FormTools {
 
-/// Replaces "{APP}", "{SUITE}" and "{YEAR}" (`year`, four digits) in every control below `form` and in the form's title; a
-/// text without placeholders is not written.
+/// Replaces "{APP}", "{SUITE}" and "{YEAR}" (`year`, four digits) in every control below `form` and in the
+/// form's title; a text without placeholders is not written.
 void ExpandPlaceholders(QWidget& form, int year);
 void ExpandControl(QWidget& control, int year);
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QPoint>
+#include <QString>
 
 class QAction;
 class QDialog;
@@ -23,3 +24,7 @@ public:
     void ShowModal(QDialog& dialog, QWidget* owner) override;
     QAction* ShowMenu(QMenu& menu, const QPoint& position) override;
 };
+
+/// Drags `text` (text/plain, copy only) out of `source` until it is dropped or given up: the third thing that
+/// waits in a loop of its own.
+void RunTextDrag(QWidget& source, const QString& text);

@@ -11,17 +11,20 @@ struct ListRow {
     QString Key;  // unique in its list
     QString Text;
     QString ToolTip;
-    int SmallIcon = 0;  // image of the list's image list, counted from 1; 0: none
+    int SmallIcon = 0;       // image of the list's image list, counted from 1; 0: none
     bool IsChecked = false;  // shown only by a list with check boxes
 
     bool operator==(const ListRow&) const = default;
 };
 
-/// The rows behind a ListView, each under a key. Looking a row up by key takes constant time; adding and removing a batch
-/// takes time linear in the rows.
+/// The rows behind a ListView, each under a key. Looking a row up by key takes constant time; adding and
+/// removing a batch takes time linear in the rows.
 class RowModel : public QAbstractListModel {
     Q_OBJECT
 public:
+    /// Besides Qt's own roles, `data` answers these: the row's key, and the number of its image.
+    enum Role { KeyRole = Qt::UserRole, SmallIconRole };
+
     explicit RowModel(QObject* parent = nullptr);
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
@@ -45,7 +48,8 @@ public:
     int AddAll(const QList<ListRow>& rows);
     /// False for an unknown key. The row keeps its key and place.
     bool Update(const QString& key, const ListRow& row);
-    /// Removes these keys (unknown ones are passed over) in one pass.
+    /// Removes these keys (unknown ones are passed over) in one pass. When they lie in many places the views
+    /// get one reset, and lose their selection.
     void RemoveKeys(const QStringList& keys);
 
 private:

@@ -1,0 +1,66 @@
+#include "controls/Cmenu.h"
+
+#include "controls/ModalDoor.h"
+
+namespace {
+
+/// Entries show the names of groups, and an "&" in a name is no mnemonic.
+QString Escaped(const QString& text) {
+    return QString(text).replace(u'&', QStringLiteral("&&"));
+}
+
+QString Unescaped(const QString& text) {
+    return QString(text).replace(QStringLiteral("&&"), QStringLiteral("&"));
+}
+
+QStringList TextsOf(const QMenu& menu) {
+    QStringList texts;
+    const QList<QAction*> entries = menu.actions();
+    for (const QAction* entry : entries) {
+        if (entry->isSeparator()) {
+            texts.append(QStringLiteral("-"));
+        } else if (entry->menu() != nullptr) {
+            const QStringList inner = TextsOf(*entry->menu());
+            for (const QString& text : inner) {
+                texts.append(Unescaped(entry->text()) + QStringLiteral(" > ") + text);
+            }
+        } else {
+            texts.append(Unescaped(entry->text()));
+        }
+    }
+    return texts;
+}
+
+}  // namespace
+
+Cmenu::Cmenu(const QString& caption) : m_menu(std::make_unique<QMenu>(Escaped(caption))) {}
+
+void Cmenu::AddItem(int id, const QString& text, bool isDefault, bool isGrayed, bool isChecked) {
+    if (text == QStringLiteral("-")) {
+        m_menu->addSeparator()->setData(id);
+        return;
+    }
+    QAction* entry = m_menu->addAction(Escaped(text));
+    entry->setData(id);
+    entry->setEnabled(!isGrayed);
+    entry->setCheckable(isChecked);
+    entry->setChecked(isChecked);
+    if (isDefault) {
+        m_menu->setDefaultAction(entry);
+    }
+}
+
+void Cmenu::AddItem(Cmenu menu) {
+    QMenu* inner = menu.m_menu.release();
+    inner->setParent(m_menu.get(), inner->windowFlags());
+    m_menu->addMenu(inner);
+}
+
+int Cmenu::TrackPopup(ModalDoor& door, const QPoint& position) const {
+    const QAction* chosen = door.ShowMenu(*m_menu, position);
+    return chosen != nullptr ? chosen->data().toInt() : 0;
+}
+
+QStringList Cmenu::Texts() const {
+    return TextsOf(*m_menu);
+}
