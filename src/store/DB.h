@@ -6,7 +6,6 @@
 #include <QString>
 #include <QStringList>
 
-#include <functional>
 #include <memory>
 #include <optional>
 
@@ -24,13 +23,13 @@ struct DBServices {
     ::Folders& Folders;
 };
 
-/// One connection to one database file that lies, as a rule, on a shared network folder and is written at the same
-/// moment by other clients and by the gateway. Each statement is tried up to MaxRetryCount times, with random
-/// back-off, and only failures that the engine reports as lock or sharing conflicts are tried again.
+/// One connection to one database file that lies, as a rule, on a shared network folder and is written at the
+/// same moment by other clients and by the gateway. Each statement is tried up to MaxRetryCount times, with
+/// random back-off, and only failures that the engine reports as lock or sharing conflicts are tried again.
 ///
-/// Nothing thrown by the engine leaves the class: a caller learns of a failure from the operation's result and from
-/// IsError and LastError. Only OpenDatabase and the statements reset the error, so LastError is read before the
-/// next of these. Not for more than one thread; the waits pump the user interface's events.
+/// Nothing thrown by the engine leaves the class: a caller learns of a failure from the operation's result
+/// and from IsError and LastError. Only OpenDatabase and the statements reset the error, so LastError is read
+/// before the next of these. Not for more than one thread; the waits pump the user interface's events.
 class DB {
 public:
     explicit DB(const DBServices& services);
@@ -48,7 +47,8 @@ public:
     /// True from the first RecordError until the next ResetError.
     [[nodiscard]] bool IsError() const noexcept { return m_isError; }
 
-    /// Connects; an open connection is closed first. `mode` is one of engine::Mode. After success LastError is "0".
+    /// Connects; an open connection is closed first. `mode` is one of engine::Mode. After success LastError
+    /// is "0".
     [[nodiscard]] bool OpenDatabase(qint32 mode) noexcept;
     /// Closes and releases the connection if there is one; always false. The error state stays.
     bool CloseDatabase() noexcept;
@@ -56,20 +56,22 @@ public:
     [[nodiscard]] engine::Connection* Connection() const noexcept { return m_connection.get(); }
 
     /// A recordset bound to the connection; none on failure.
-    [[nodiscard]] std::unique_ptr<engine::Recordset> OpenDynaset(const QString& sql, engine::CursorType cursor,
+    [[nodiscard]] std::unique_ptr<engine::Recordset> OpenDynaset(const QString& sql,
+                                                                 engine::CursorType cursor,
                                                                  engine::LockType lock) noexcept;
     /// A client-side recordset cut off from the connection; none on failure.
     [[nodiscard]] std::unique_ptr<engine::Recordset> DisconnectedSet(const QString& sql) noexcept;
 
     /// True if no error is pending afterwards. No retry, no RecordError.
     [[nodiscard]] bool BeginTransaction() noexcept;
-    /// True on success, otherwise RecordError and false. No retry: an outcome that nobody knows is not tried again.
+    /// True on success, otherwise RecordError and false. No retry: an outcome that nobody knows is not tried
+    /// again.
     [[nodiscard]] bool CommitTransaction() noexcept;
     void RollbackTransaction() noexcept;
 
-    /// A statement without rows. True on success; false for a failure that is not transient; true, with IsError set
-    /// and LastError holding the last failure, for a transient failure on every attempt: callers that test only the
-    /// result then go on to their next step.
+    /// A statement without rows. True on success; false for a failure that is not transient; true, with
+    /// IsError set and LastError holding the last failure, for a transient failure on every attempt: callers
+    /// that test only the result then go on to their next step.
     [[nodiscard]] bool Execute(const QString& sql) noexcept;
     /// A statement that returns rows; none if no attempt succeeded.
     [[nodiscard]] std::unique_ptr<engine::Recordset> ExecuteRecordset(const QString& sql) noexcept;
@@ -79,12 +81,15 @@ public:
     /// Nothing when no connection exists or the list cannot be read.
     [[nodiscard]] std::optional<QStringList> TableNames() noexcept;
 
-    /// Compacts the file by way of a temporary copy; the previous file is kept beside it as ".cmp" until all is
-    /// well, and stays there, with the temporary one, after a failure. No retry. Reopens with mode 19 if it was open.
+    /// Compacts the file by way of a temporary copy; the previous file is kept beside it as ".cmp" until all
+    /// is well, and stays there, with the temporary one, after a failure. No retry. Reopens with mode 19 if
+    /// it was open. For a quiet moment: what another client writes while the files change places is lost.
     [[nodiscard]] bool Compact() noexcept;
     [[nodiscard]] bool FileExists() const noexcept;
 
-    /// Sets IsError and builds the error text "GE:0x80004005, NE:0x0, SQL:3045 - description" from the pending error.
+    /// Sets IsError and builds the error text "GE:0x80004005, NE:0x0, SQL:3045 - description" from the
+    /// pending error; without an item of the engine "GE:0x800A0E78, description", without a connection
+    /// "GE:0x800A0E78".
     void RecordError() noexcept;
     void ResetError() noexcept;
     [[nodiscard]] QString LastError() const noexcept { return m_errorText; }
@@ -99,20 +104,30 @@ public:
     /// Asks the machine to restore a mapped drive; the platform's answer is ignored. Always false.
     bool ResetNetworkDrive(qint16 window, const QString& drive) noexcept;
 
+    /// True while one of its operations is on the stack, as when the events of a wait run something that
+    /// replaces this instance: it must then live on until the operation has returned.
+    [[nodiscard]] bool IsBusy() const noexcept { return m_depth > 0; }
+
 private:
+    /// The failure of the last engine call; its number is 0 when none is pending.
     struct Pending {
-        qint32 Number = 0;  // 0: no error is pending
+        qint32 Number = 0;
         QString Description;
     };
 
-    bool RunWithRetries(const std::function<void()>& attempt, bool clearPendingFirst) noexcept;
-    bool RunOnce(const std::function<void()>& step) noexcept;
+    template <typename Step>
+    bool RunWithRetries(Step&& attempt);
+    template <typename Step>
+    bool RunTrapped(Step&& step) noexcept;
+    [[nodiscard]] engine::Connection& Opened() const;
+    [[nodiscard]] bool IsPendingTransient() const noexcept;
     void WaitBeforeRetry(int attempt) noexcept;
-    void RandomDelay(int minimum, int maximum) noexcept;
+    void RandomDelay(qint32 minimum, qint32 maximum);
 
     DBServices m_services;
     std::unique_ptr<engine::Connection> m_connection;
     bool m_isError = false;
     QString m_errorText;
     Pending m_pending;
+    int m_depth = 0;
 };

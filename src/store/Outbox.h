@@ -7,6 +7,7 @@
 
 #include <memory>
 #include <optional>
+#include <vector>
 
 class MessageBoxes;
 class Settings;
@@ -17,6 +18,9 @@ struct OutboxState {
     std::unique_ptr<DB> OutboxDB;
     /// The longest full message in characters; never below 160 once the System record was read.
     qint16 MaxMessageSize = 160;
+    /// Replaced while a statement of theirs was still waiting for its next attempt; closed, and kept only so
+    /// that the statement finds its way out.
+    std::vector<std::unique_ptr<DB>> Replaced;
 };
 
 /// What the outbox operations need.
@@ -38,21 +42,24 @@ struct OutgoingMessage {
     qint16 BodyTextSize = 0;  // characters at the start of Text that are the body
 };
 
-/// The operations on the outbox that live in one place. The client meets the gateway in the table Message: it inserts one
-/// row per recipient; the gateway takes the rows that are due and writes status, delivery and cost back.
+/// The operations on the outbox that live in one place. The client meets the gateway in the table Message: it
+/// inserts one row per recipient; the gateway takes the rows that are due and writes status, delivery and
+/// cost back.
 namespace mdlOutbox {
 
 /// Doubles each ' so that a text can stand between single quotes.
 [[nodiscard]] QString QuoteSQL(const QString& text);
 
-/// False while a message is still on its way or could not be sent yet (0, 1, 3, 4); true for every other status.
+/// False while a message is still on its way or could not be sent yet (0, 1, 3, 4); true for every other
+/// status.
 [[nodiscard]] bool IsMessageFinal(qint32 status);
 
-/// The file that a setting names: itself if it contains ".mdb", otherwise "smsmessages.mdb" in that folder; empty for empty.
+/// The file that a setting names: itself if it contains ".mdb", otherwise "smsmessages.mdb" in that folder;
+/// empty for empty.
 [[nodiscard]] QString OutboxFile(const QString& setting);
 
-/// Makes a new OutboxDB for the configured file and reads the System record, twice, with a restore of the mapped drive in
-/// between. True if either pass succeeded. Leaves the database closed and shows nothing.
+/// Makes a new OutboxDB for the configured file and reads the System record, twice, with a restore of the
+/// mapped drive in between. True if either pass succeeded. Leaves the database closed and shows nothing.
 bool OpenOutbox(const OutboxServices& services);
 
 /// Reads MaxMessageSize from the table System while OutboxDB is open.
@@ -60,12 +67,12 @@ void ReadSystemRecord(const OutboxServices& services);
 
 [[nodiscard]] QString BuildInsertMessageSQL(const OutgoingMessage& message);
 
-/// Cuts, inserts and reads the identity back; OutboxDB is open with mode 19. The new msgID, 0 on failure (a box has told
-/// why). Throws OverflowError for a msgID beyond 32767: the row is written by then.
+/// Cuts, inserts and reads the identity back; OutboxDB is open with mode 19. The new msgID, 0 on failure (a
+/// box has told why). Throws OverflowError for a msgID beyond 32767: the row is written by then.
 [[nodiscard]] qint16 InsertMessage(const OutboxServices& services, OutgoingMessage message);
 
-/// Cancels a message that the gateway has not taken yet. True if exactly this row was canceled; nothing if the outbox could
-/// not be opened, which reads as false. Uses an open connection, or opens and closes one.
+/// Cancels a message that the gateway has not taken yet. True if exactly this row was canceled; nothing if
+/// the outbox could not be opened, which reads as false. Uses an open connection, or opens and closes one.
 [[nodiscard]] std::optional<bool> CancelMessage(const OutboxServices& services, qint32 id);
 
 }  // namespace mdlOutbox

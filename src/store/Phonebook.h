@@ -8,6 +8,7 @@
 #include <array>
 #include <functional>
 #include <memory>
+#include <vector>
 
 class MessageBoxes;
 class Settings;
@@ -19,6 +20,8 @@ struct PhonebookState {
     bool cfgAllowPrivateGroup = false;
     QString cfgCompany;
     QString cfgNumberPrefix;
+    /// Replaced while a statement of theirs was still waiting for its next attempt; closed.
+    std::vector<std::unique_ptr<DB>> Replaced;
 };
 
 /// What the phonebook operations need.
@@ -42,8 +45,8 @@ struct ContactFields {
     std::array<QString, 3> UserFields;
 };
 
-/// The statements on PhonebookDB, one routine a statement. Recordsets are forward-only and read-only and belong to the
-/// caller; none on failure. Boxes carry the product's title.
+/// The statements on PhonebookDB, one routine a statement. Recordsets are forward-only and read-only and
+/// belong to the caller; none on failure. Boxes carry the product's title.
 namespace mdlPhonebook {
 
 [[nodiscard]] QString GetPhonebookPath(const Settings& settings);
@@ -52,13 +55,15 @@ bool OpenPhonebook(const PhonebookServices& services);
 /// The phonebook wizard's flag of the Config row; nothing if there is no recordset.
 [[nodiscard]] std::optional<bool> ReadRunWizard(const PhonebookState& state);
 
-/// The edit password, or the one for private numbers (the edit password where that is empty). Empty on any failure.
+/// The edit password, or the one for private numbers (the edit password where that is empty). Empty on any
+/// failure.
 [[nodiscard]] QString GetEditPassword(const PhonebookState& state, bool hidden);
 
 /// `letter` "*" means all. `sort` 0 by surname, 1 by first name.
-[[nodiscard]] std::unique_ptr<engine::Recordset> GetContacts(const PhonebookState& state, const QString& letter, qint32 sort);
-[[nodiscard]] std::unique_ptr<engine::Recordset> GetContactsByAlpha(const PhonebookState& state, const QString& letter,
-                                                                    qint32 sort);
+[[nodiscard]] std::unique_ptr<engine::Recordset> GetContacts(const PhonebookState& state,
+                                                             const QString& letter, qint32 sort);
+[[nodiscard]] std::unique_ptr<engine::Recordset> GetContactsByAlpha(const PhonebookState& state,
+                                                                    const QString& letter, qint32 sort);
 [[nodiscard]] std::unique_ptr<engine::Recordset> GetGroups(const PhonebookState& state);
 [[nodiscard]] std::unique_ptr<engine::Recordset> GetGroupMembers(const PhonebookState& state, qint32 groupID);
 [[nodiscard]] std::unique_ptr<engine::Recordset> GetMessageTails(const PhonebookState& state);
@@ -71,8 +76,8 @@ bool OpenPhonebook(const PhonebookServices& services);
 /// True if exactly one row was affected.
 bool DeleteContact(const PhonebookState& state, qint32 id);
 
-/// `keys`: list keys separated by line breaks; without any line break nothing happens. Only keys "C..." count. Failures
-/// are passed over.
+/// `keys`: list keys separated by line breaks; without any line break nothing happens. Only keys "C..."
+/// count. Failures are passed over.
 void AddToGroup(const PhonebookState& state, qint16 groupID, const QString& keys);
 void RemoveFromGroup(const PhonebookState& state, qint16 groupID, qint16 contactID);
 /// Stores the first 10 characters. The new grpID, 0 on failure (a box has told why).
