@@ -6,7 +6,7 @@ build_packages=(
   libsqlite3-dev libxcb1-dev libxcb-ewmh-dev libgtest-dev
 )
 # A screen that is not there: X server, window manager, fonts, a hand for the mouse.
-screen_packages=(xvfb xauth openbox fonts-dejavu-core xdotool)
+screen_packages=(xvfb xauth x11-utils openbox fonts-dejavu-core xdotool)
 style_packages=(clang-format)
 tidy_packages=(clang clang-tidy)
 fuzz_packages=(clang libclang-rt-14-dev libfuzzer-14-dev)

@@ -1,0 +1,157 @@
+// Sending to 1,000 recipients, and the poll of 50 slots in an outbox of 1,000,000 rows.
+//
+// usage: bench_outbox [ROWS]   (in the current folder's file system; ROWS of the big outbox, 1000000 unless told)
+
+#include "BareOutbox.h"
+#include "support/Ratio.h"
+
+#include "addressbook/ContactList.h"
+#include "compose/Dispatch.h"
+#include "compose/MessageSize.h"
+#include "core/CodePage.h"
+#include "store/engine/sqlite/OfficeFiles.h"
+#include "tracking/History.h"
+#include "tracking/MessageTracker.h"
+
+#include "hammer/HammerOffice.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+namespace {
+
+constexpr int Recipients = 1000;
+
+class BenchComposition final : public Composition {
+public:
+    QStringList Rows;
+    [[nodiscard]] QStringList RecipientKeys() const override { return Rows; }
+    [[nodiscard]] QString MessageText() const override {
+        return QStringLiteral("Dear @FN, the canteen closes at 14:00 on @TD. Please collect orders before then.");
+    }
+    [[nodiscard]] QString SignatureText() const override { return QStringLiteral("Front Desk"); }
+    [[nodiscard]] QString GetTailText() const override {
+        return BuildTailText(SignatureText(), QStringLiteral("Hartley House"));
+    }
+    void RemoveRecipientRows(const QStringList&) override { Rows.clear(); }
+    void Reset() override {}
+};
+
+void Fill(ContactList& recipients, BenchComposition& composition) {
+    for (int i = 1; i <= Recipients; ++i) {
+        Contact contact;
+        contact.SetID(static_cast<qint16>(i));
+        contact.Surname = QStringLiteral("Ahern %1").arg(i);
+        contact.Firstnames = QStringLiteral("Aoife");
+        contact.PhoneNumber = QStringLiteral("+353865550142");
+        composition.Rows.append(contact.Key);
+        recipients.Add(contact);
+    }
+}
+
+/// A fresh outbox for each run: both sides write into a file of the same size.
+QString FreshOutbox(const QTemporaryDir& folder, const QString& name) {
+    const QString file = folder.filePath(name);
+    QFile::remove(file);
+    QFile::remove(file + QStringLiteral("-journal"));
+    OfficeFiles::CreateOutboxFile(file);
+    return file;
+}
+
+void BenchSend(const QTemporaryDir& folder) {
+    const auto send = [&] {
+        HammerOffice office(FreshOutbox(folder, QStringLiteral("send.mdb")), folder.path());
+        ContactList recipients;
+        BenchComposition composition;
+        Fill(recipients, composition);
+        mdlHistory history(office.Files, office.LocalFolders, office.Boxes, CodePage::System());
+        MessageTracker tracker(office.State, office.AppSettings, office.Time);
+        const DispatchServices services{office.Outbox, recipients, history, tracker, office.Time};
+        return Ratio::Time([&] { Dispatch::DoSend(services, composition, office.Time.Now(), true); });
+    };
+    const auto bare = [&] {
+        BareOutbox outbox(FreshOutbox(folder, QStringLiteral("bare.mdb")));
+        return Ratio::Time([&] { outbox.Insert(Recipients); });
+    };
+    Ratio::Print("DoSend to 1,000 recipients", Ratio::Measure(5, send, bare), 1.25);
+}
+
+void BenchPoll(const QTemporaryDir& folder, int rows) {
+    const QString file = FreshOutbox(folder, QStringLiteral("big.mdb"));
+    {
+        BareOutbox outbox(file);
+        outbox.Execute("BEGIN");
+        outbox.Insert(rows);
+        outbox.Execute("COMMIT");
+    }
+    HammerOffice office(file, folder.path());
+    QByteArray filter;
+    for (int slot = 0; slot < MessageTracker::SlotCount; ++slot) {
+        filter += " OR msgID = " + QByteArray::number(1 + slot * std::min(600, rows / 60));
+    }
+    const QByteArray sql = "SELECT msgID, msgStatus, msgDeliveryTime FROM Message WHERE " + filter.mid(4);
+    const auto poll = [&] {
+        MessageTracker tracker(office.State, office.AppSettings, office.Time);
+        tracker.RefreshInterval = 0;
+        for (int slot = 0; slot < MessageTracker::SlotCount; ++slot) {
+            tracker.Track(1 + slot * std::min(600, rows / 60), QStringLiteral("Aoife Ahern"), QStringLiteral("+353"),
+                          QStringLiteral("text"));
+        }
+        if (!office.State.OutboxDB->OpenDatabase(engine::Mode::ReadShared)) {
+            qFatal("the outbox cannot be opened");
+        }
+        const double time = Ratio::Time([&] {
+            for (int i = 0; i < 100; ++i) {
+                (void)tracker.CheckDB();
+            }
+        });
+        office.State.OutboxDB->CloseDatabase();
+        return time / 100;
+    };
+    BareOutbox outbox(file);
+    const auto bare = [&] {
+        return Ratio::Time([&] {
+                   for (int i = 0; i < 100; ++i) {
+                       (void)outbox.Read(sql);
+                   }
+               }) / 100;
+    };
+    Ratio::Print("poll of 50 slots, the statement on an open outbox", Ratio::Measure(9, poll, bare), 2.0);
+
+    const auto pollOpening = [&] {
+        MessageTracker tracker(office.State, office.AppSettings, office.Time);
+        tracker.RefreshInterval = 0;
+        for (int slot = 0; slot < MessageTracker::SlotCount; ++slot) {
+            tracker.Track(1 + slot * std::min(600, rows / 60), QStringLiteral("Aoife Ahern"), QStringLiteral("+353"),
+                          QStringLiteral("text"));
+        }
+        return Ratio::Time([&] {
+                   for (int i = 0; i < 50; ++i) {
+                       (void)tracker.CheckDB();
+                   }
+               }) / 50;
+    };
+    const auto bareOpening = [&] {
+        return Ratio::Time([&] {
+                   for (int i = 0; i < 50; ++i) {
+                       BareOutbox opened(file);
+                       (void)opened.Read(sql);
+                   }
+               }) / 50;
+    };
+    Ratio::Print("poll of 50 slots, opening and closing included", Ratio::Measure(9, pollOpening, bareOpening), 2.0);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    QCoreApplication application(argc, argv);
+    const int rows = argc > 1 ? std::max(100, QString::fromLocal8Bit(argv[1]).toInt()) : 1000000;
+    // Beside the program and not in /tmp, which may be memory: the disk is what both sides wait for.
+    const QTemporaryDir folder(QCoreApplication::applicationDirPath() + QStringLiteral("/bench-XXXXXX"));
+    BenchSend(folder);
+    BenchPoll(folder, rows);
+    return 0;
+}

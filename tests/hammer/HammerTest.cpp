@@ -1,0 +1,243 @@
+#include "hammer/ThirdReader.h"
+#include "store/engine/Connection.h"
+#include "store/engine/sqlite/OfficeFiles.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QProcess>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+#include <QThread>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <csignal>
+#include <memory>
+#include <vector>
+
+namespace {
+
+bool IsLong() {
+    return qEnvironmentVariableIsSet("LARKSPAN_TEST_LONG");
+}
+
+/// Writers of messages with a data folder of their own.
+class Hammer : public ::testing::Test {
+protected:
+    QTemporaryDir m_folder;
+    std::vector<std::unique_ptr<QProcess>> m_clients;
+    QStringList m_ackFiles;
+    QStringList m_historyFiles;
+
+    void SetUp() override { OfficeFiles::CreateOutboxFile(Outbox()); }
+
+    [[nodiscard]] QString Path(const QString& name) const { return m_folder.filePath(name); }
+    [[nodiscard]] QString Outbox() const { return Path(QStringLiteral("smsmessages.mdb")); }
+    [[nodiscard]] QString Journal() const { return Path(QStringLiteral("gateway.journal")); }
+
+    /// Starts a client whose local files lie in a home named after `tag`.
+    QProcess& StartClient(const QString& tag, const QString& home, int seconds, int recipients) {
+        QDir().mkpath(Path(home));
+        const QString ack = Path(QStringLiteral("ack-") + tag);
+        m_ackFiles.append(ack);
+        const QString history = Path(home) + QStringLiteral("/history.sms");
+        if (!m_historyFiles.contains(history)) {
+            m_historyFiles.append(history);
+        }
+        auto client = std::make_unique<QProcess>();
+        client->setProcessChannelMode(QProcess::SeparateChannels);
+        client->start(QStringLiteral(HAMMER_CLIENT), {Outbox(), Path(home), tag, QString::number(seconds),
+                                                      QString::number(recipients), ack});
+        EXPECT_TRUE(client->waitForStarted());
+        m_clients.push_back(std::move(client));
+        return *m_clients.back();
+    }
+
+    void StartGateway(QProcess& gateway) const {
+        gateway.setStandardOutputFile(QProcess::nullDevice());
+        gateway.start(QStringLiteral(GATEWAY),
+                      {m_folder.path(), QStringLiteral("--quiet"), QStringLiteral("--delay"), QStringLiteral("0"),
+                       QStringLiteral("--journal"), Journal()});
+        ASSERT_TRUE(gateway.waitForStarted());
+    }
+
+    static void StopGateway(QProcess& gateway) {
+        gateway.terminate();
+        EXPECT_TRUE(gateway.waitForFinished(20000)) << "the gateway hung";
+        EXPECT_EQ(gateway.exitStatus(), QProcess::NormalExit);
+    }
+};
+
+struct LoadTotals {
+    int Rounds = 0;
+    int Rows = 0;
+    int Boxes = 0;
+    int Transient = 0;
+    int WorstTransientInARow = 0;
+    int Canceled = 0;
+    double Seconds = 0;
+    QList<qint64> Inserts;
+};
+
+void AddReport(const QByteArray& report, const ThirdReader& reader, ThirdReader::Findings& findings,
+               LoadTotals& totals) {
+    const QList<QByteArray> lines = report.split('\n');
+    for (const QByteArray& line : lines) {
+        const QString text = QString::fromUtf8(line);
+        const QString word = text.section(u' ', 0, 0);
+        const QString value = text.section(u' ', 1, 1);
+        if (word == u"boxes") {
+            totals.Boxes += value.toInt();
+        } else if (word == u"transient") {
+            totals.Transient += value.toInt();
+        } else if (word == u"transientInARow") {
+            totals.WorstTransientInARow = std::max(totals.WorstTransientInARow, value.toInt());
+        } else if (word == u"otherFailures") {
+            EXPECT_EQ(value.toInt(), 0) << "failures that are no locks";
+        } else if (word == u"insert") {
+            totals.Inserts.append(value.toLongLong());
+        } else if (word == u"tracked") {
+            reader.CountTracked(value.toInt(), text.section(u' ', 2, 2), findings);
+        }
+    }
+}
+
+void Print(const LoadTotals& totals, const ThirdReader::Findings& findings) {
+    QList<qint64> sorted = totals.Inserts;
+    std::sort(sorted.begin(), sorted.end());
+    const auto at = [&sorted](double part) {
+        return sorted.isEmpty() ? 0.0
+                                : static_cast<double>(sorted[static_cast<qsizetype>(
+                                      part * static_cast<double>(sorted.size() - 1))]) / 1000.0;
+    };
+    std::printf("    %d round(s), %d rows in %.1f s: %.0f sends a second; insert p50 %.1f ms, p99 %.1f ms, worst %.1f ms\n"
+                "    lost %d, doubled %d, wrong status %d, canceled and sent %d; canceled %d; lock conflicts that "
+                "outlasted the engine's wait: %d\n",
+                totals.Rounds, totals.Rows, totals.Seconds, totals.Rows / totals.Seconds, at(0.5), at(0.99), at(1.0),
+                findings.Lost, findings.Doubled, findings.WrongStatus, findings.CanceledAndSent, totals.Canceled,
+                totals.Transient);
+}
+
+class LoadRun : public Hammer {
+protected:
+    /// Four clients, the gateway and a canceller on a fresh outbox until the clients end by themselves.
+    void RunRound(int round, int seconds, LoadTotals& totals, ThirdReader::Findings& findings) {
+        QFile::remove(Outbox());
+        QFile::remove(Journal());
+        QFile::remove(Outbox() + QStringLiteral("-journal"));
+        OfficeFiles::CreateOutboxFile(Outbox());
+        m_clients.clear();
+        m_ackFiles.clear();
+        m_historyFiles.clear();
+
+        QProcess gateway;
+        StartGateway(gateway);
+        QElapsedTimer timer;
+        timer.start();
+        for (int client = 1; client <= 4; ++client) {
+            const QString tag = QStringLiteral("r%1c%2").arg(round).arg(client);
+            StartClient(tag, QStringLiteral("home-") + tag, seconds, client);
+        }
+        QProcess canceller;
+        canceller.start(QStringLiteral(HAMMER_CANCELLER),
+                        {Outbox(), m_folder.path(), QString::number(std::max(1, seconds - 1))});
+        for (const auto& client : m_clients) {
+            EXPECT_TRUE(client->waitForFinished((seconds + 60) * 1000)) << "a client hung";
+            EXPECT_EQ(client->exitCode(), 0) << client->readAllStandardError().toStdString();
+        }
+        totals.Seconds += static_cast<double>(timer.elapsed()) / 1000.0;
+        canceller.terminate();
+        EXPECT_TRUE(canceller.waitForFinished(20000)) << "the canceller hung";
+        StopGateway(gateway);
+        Count(canceller.readAllStandardOutput(), totals, findings);
+    }
+
+private:
+    void Count(const QByteArray& cancellations, LoadTotals& totals, ThirdReader::Findings& findings) {
+        const ThirdReader reader(Outbox());
+        EXPECT_TRUE(reader.IsWhole());
+        reader.CountAcknowledged(m_ackFiles, findings);
+        reader.CountDoubled(findings);
+        reader.CountHandedOver(Journal(), findings);
+        reader.CountHistory(m_historyFiles, findings);
+        QStringList canceled;
+        for (const QByteArray& line : cancellations.split('\n')) {
+            if (line.startsWith("canceled ")) {
+                canceled.append(QString::fromLatin1(line.mid(9)));
+            }
+        }
+        reader.CountCanceled(canceled, Journal(), findings);
+        for (const auto& client : m_clients) {
+            AddReport(client->readAllStandardOutput(), reader, findings, totals);
+        }
+        totals.Canceled += static_cast<int>(canceled.size());
+        totals.Rows += static_cast<int>(reader.Rows().size());
+        ++totals.Rounds;
+    }
+};
+
+}  // namespace
+
+TEST_F(LoadRun, FourClientsTheGatewayAndACancellerLoseAndDoubleNothing) {
+    const int total = IsLong() ? 600 : 10;
+    LoadTotals totals;
+    ThirdReader::Findings findings;
+    int round = 0;
+    while (totals.Seconds < total && !HasFailure()) {
+        RunRound(++round, std::max(3, total - static_cast<int>(totals.Seconds)), totals, findings);
+    }
+    Print(totals, findings);
+    EXPECT_GT(totals.Rows, 50);
+    EXPECT_EQ(findings.Lost, 0) << findings.Examples.join(u'\n').toStdString();
+    EXPECT_EQ(findings.Doubled, 0) << findings.Examples.join(u'\n').toStdString();
+    EXPECT_EQ(findings.WrongStatus, 0) << findings.Examples.join(u'\n').toStdString();
+    EXPECT_EQ(findings.CanceledAndSent, 0) << findings.Examples.join(u'\n').toStdString();
+    EXPECT_LT(totals.WorstTransientInARow, 3) << "retries ran out";
+    EXPECT_EQ(totals.Boxes, 0);
+}
+
+TEST_F(Hammer, ASenderKilledAtRandomMomentsLeavesEveryAcknowledgedRowOnce) {
+    const int kills = IsLong() ? 500 : 10;
+    QRandomGenerator random(4711);
+    qint64 worstOpen = 0;
+    for (int kill = 1; kill <= kills; ++kill) {
+        QProcess& client = StartClient(QStringLiteral("k%1").arg(kill), QStringLiteral("home"), 60, 3);
+        const QString ack = m_ackFiles.last();
+        QElapsedTimer patience;
+        patience.start();
+        while (QFile(ack).size() == 0 && patience.elapsed() < 20000) {
+            QThread::usleep(200);
+        }
+        ASSERT_GT(QFile(ack).size(), 0) << "the client never sent";
+        QThread::usleep(random.bounded(1, 60000));
+        client.kill();
+        ASSERT_TRUE(client.waitForFinished(20000));
+        EXPECT_EQ(client.exitStatus(), QProcess::CrashExit);
+
+        QElapsedTimer timer;
+        timer.start();
+        engine::FileConnectionFactory factory;
+        const auto connection = factory.NewConnection();
+        connection->Mode = engine::Mode::ReadWriteShared;
+        ASSERT_NO_THROW(connection->Open(Outbox()));
+        ASSERT_NO_THROW((void)connection->Execute(QStringLiteral("UPDATE Message SET msgComplete = FALSE WHERE msgID = 0"), nullptr));
+        connection->Close();
+        worstOpen = std::max(worstOpen, timer.elapsed());
+    }
+
+    const ThirdReader reader(Outbox());
+    EXPECT_TRUE(reader.IsWhole());
+    ThirdReader::Findings findings;
+    reader.CountAcknowledged(m_ackFiles, findings);
+    reader.CountDoubled(findings);
+    reader.CountHistory(m_historyFiles, findings);
+    std::printf("    %d kills, %d rows; lost %d, doubled %d, wrong %d; the outbox opened within %lld ms\n", kills,
+                findings.Rows, findings.Lost, findings.Doubled, findings.WrongStatus,
+                static_cast<long long>(worstOpen));
+    EXPECT_EQ(findings.Lost, 0) << findings.Examples.join(u'\n').toStdString();
+    EXPECT_EQ(findings.Doubled, 0) << findings.Examples.join(u'\n').toStdString();
+    EXPECT_EQ(findings.WrongStatus, 0) << findings.Examples.join(u'\n').toStdString();
+    EXPECT_LT(worstOpen, 5000) << "a lock of the dead sender stayed behind";
+}
