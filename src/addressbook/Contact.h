@@ -8,8 +8,9 @@ namespace engine {
 class Recordset;
 }
 
-/// The keys by which every list, tab and drag names a contact or a group: one letter and a decimal number. "C12" a contact
-/// of the address book, "P3" the third private contact, "G7" a group; "G-1" the tab "*", "G-2" favourites, "G-3" private.
+/// The keys by which every list, tab and drag names a contact or a group: one letter and a decimal number.
+/// "C12" a contact of the address book, "P3" the third private contact, "G7" a group; "G-1" the tab "*",
+/// "G-2" favourites, "G-3" private.
 namespace Keys {
 inline constexpr qint16 EveryoneTab = -1;
 inline constexpr qint16 FavouritesTab = -2;
@@ -24,8 +25,23 @@ inline constexpr qint16 PrivateTab = -3;
 [[nodiscard]] bool IsPrivate(const QString& key);
 }  // namespace Keys
 
-/// One address book entry in memory, whether it came from a row of the table Contact, from favourites.sms or from
-/// mycontacts.sms. A value: a copy in another list lives its own life.
+/// Where the fields of a contact stand in a recordset, looked up once for all of its rows; -1 for a missing
+/// column.
+struct ContactColumns {
+    explicit ContactColumns(const engine::Recordset& rows);
+
+    int ID;
+    int Surname;
+    int Firstnames;
+    int Phone;
+    int ConfirmSend;
+    int PrivateNumber;
+    int Note;
+    std::array<int, 3> UserFields;
+};
+
+/// One address book entry in memory, whether it came from a row of the table Contact, from favourites.sms or
+/// from mycontacts.sms. A value: a copy in another list lives its own life.
 class Contact {
 public:
     [[nodiscard]] qint16 ID() const { return m_id; }
@@ -43,14 +59,19 @@ public:
     bool IsPrivate = false;
 
     /// `index` 0 to 2, not checked.
-    [[nodiscard]] const QString& GetUserData(int index) const { return m_userData[static_cast<size_t>(index)]; }
+    [[nodiscard]] const QString& GetUserData(int index) const {
+        return m_userData[static_cast<size_t>(index)];
+    }
     void SetUserData(int index, const QString& value) { m_userData[static_cast<size_t>(index)] = value; }
 
-    /// Reads the current row, passing over each field that fails. False if ID, names, number, flags or note failed; missing
-    /// user fields do not count (a phonebook of an earlier version has none).
+    /// Reads the current row, passing over each field that fails. False if ID, names, number, flags or note
+    /// failed; missing user fields do not count (a phonebook of an earlier version has none).
     bool Load(const engine::Recordset& row);
+    /// The same for one of many rows of a recordset.
+    bool Load(const engine::Recordset& row, const ContactColumns& columns);
 
-    /// Mode 1: first names, blank, surname. Any other: surname, ", ", first names; first names alone without a surname.
+    /// Mode 1: first names, blank, surname. Any other: surname, ", ", first names; first names alone without
+    /// a surname.
     [[nodiscard]] QString DisplayName(qint32 mode) const;
     /// " Private Number " or the number between blanks: the tool tip of a list row.
     [[nodiscard]] QString NumberToolTip() const;

@@ -6,8 +6,9 @@
 
 #include <list>
 
-/// A keyed collection of contacts in insertion order; a key occurs at most once. Adding, removing and looking up take
-/// constant time, so that batches stay linear. Pointers to contacts stay valid until the contact is removed.
+/// A keyed collection of contacts in insertion order; a key occurs at most once. Adding, removing and looking
+/// up take constant time, so that batches stay linear. Pointers to contacts stay valid until the contact is
+/// removed.
 class ContactList {
 public:
     ContactList() = default;
@@ -18,7 +19,8 @@ public:
     /// The collection itself, for iteration in order.
     [[nodiscard]] const std::list<Contact>& list() const { return m_list; }
     void Clear();
-    /// A key that is already there leaves the list as it was. Returns the contact that now stands under the key.
+    /// A key that is already there leaves the list as it was. Returns the contact that now stands under the
+    /// key.
     Contact& Add(Contact contact);
     /// Both throw std::out_of_range for an unknown key.
     void Remove(const Contact& contact);
@@ -26,7 +28,9 @@ public:
     /// Null for an unknown key: the membership test.
     [[nodiscard]] Contact* ContactByKey(const QString& key);
     [[nodiscard]] const Contact* ContactByKey(const QString& key) const;
-    /// Adds a contact for each remaining row; the recordset is left at its end and open. False without a recordset.
+    /// Adds a contact for each remaining row, whatever became of its fields; the recordset is left at its end
+    /// and open. False without a recordset, or if it fails on the way: the rows before that are in the list.
+    /// Never throws.
     bool Load(engine::Recordset* rows);
     /// Walks the list and reads key and name of each contact: a hook for a debugger, without any output.
     void Show() const;

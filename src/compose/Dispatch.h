@@ -50,10 +50,12 @@ inline const QString FillInMark = QStringLiteral("@?");
 [[nodiscard]] QString UpdateFields(const QString& text, const QString& surname, const QString& firstnames,
                                    const QDateTime& date);
 
-/// Writes a row for each recipient and tells history and tracker of each row written. With `removeSent` the recipients that
-/// were written leave the list, and a list that becomes empty resets the composition. A recipient whose merged text is
-/// longer than MaxMessageSize is passed over and stays. Shows a box if the outbox cannot be opened. Has no trap of its
-/// own: a failure inside (OverflowError, a contact that cannot be found) leaves the loop where it stands.
-void DoSend(const DispatchServices& services, Composition& composition, const QDateTime& sendTime, bool removeSent);
+/// Writes a row for each recipient and tells history and tracker of each row written. With `removeSent` the
+/// recipients that were written leave the list, and a list that becomes empty resets the composition. A
+/// recipient whose merged text is longer than MaxMessageSize is passed over and stays. Shows a box if the
+/// outbox cannot be opened. Has no trap of its own: a failure inside (OverflowError, a contact that cannot be
+/// found) leaves the loop where it stands.
+void DoSend(const DispatchServices& services, Composition& composition, const QDateTime& sendTime,
+            bool removeSent);
 
 }  // namespace Dispatch

@@ -2,13 +2,15 @@
 
 #include <QString>
 
-/// How much of the configured message size a composition uses. Everything here is plain arithmetic; the message panel
-/// shows it.
+/// How much of the configured message size a composition uses. Everything here is plain arithmetic; the
+/// message panel shows it. The quantities are 16-bit; one that does not fit stays 0, and the others are
+/// computed with that.
 struct MessageSize {
     qint16 TailLen = 0;    // length of the tail text plus 1 for the blank before it
     qint16 Available = 0;  // maximum less TailLen; negative for a tail longer than the maximum
     qint16 Used = 0;       // GSMTextLength of the text
     qint16 Remaining = 0;  // Available less Used
+    qint16 TotalLen = 0;   // Used plus TailLen plus 1
     qint16 Parts = 1;      // SMS parts of the finished text
     /// The text, cut from its end until it fits (or is empty).
     QString Text;
@@ -17,7 +19,8 @@ struct MessageSize {
     static constexpr qint16 SinglePartLimit = 160;
     static constexpr qint16 PartSize = 152;
 
-    /// `maximum` is MaxMessageSize, at least 160.
+    /// `maximum` is MaxMessageSize; below 160 it counts as 160. Linear in the length of `text`, also when it
+    /// is cut.
     [[nodiscard]] static MessageSize Measure(const QString& text, const QString& tailText, qint16 maximum);
 };
 

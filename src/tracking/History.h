@@ -5,6 +5,8 @@
 #include <QList>
 #include <QString>
 
+#include <optional>
+
 class CodePage;
 class Folders;
 class LocalFiles;
@@ -32,16 +34,17 @@ struct HistoryRecord {
     QDateTime SendTime;
 };
 
-/// The two local files that tell which rows of the shared outbox are this workstation's own: history.sms, the newest 250
-/// messages, newest first, and messagelog.sms, a text log with a line for each message, appended to and never read back.
-/// No procedure returns an error; nothing stays in memory between calls.
+/// The two local files that tell which rows of the shared outbox are this workstation's own: history.sms, the
+/// newest 250 messages, newest first, and messagelog.sms, a text log with a line for each message, appended
+/// to and never read back. No procedure returns an error; nothing stays in memory between calls.
 class mdlHistory {
 public:
     static constexpr int MaxRecords = 250;
 
     mdlHistory(LocalFiles& files, Folders& folders, MessageBoxes& boxes, const CodePage& page);
 
-    /// Newest first; empty where the file is missing, empty or was found corrupt (a box has told, and it is deleted).
+    /// Newest first; empty where the file is missing, empty or was found corrupt (a box has told, and it is
+    /// deleted).
     QList<HistoryRecord> ReadHistory();
     /// Puts a message in front of history.sms and a line behind messagelog.sms.
     void AddToHistory(qint32 msgID, const QString& recipient, const QString& text, const QDateTime& sendTime);
@@ -51,7 +54,10 @@ public:
     [[nodiscard]] bool IsHistoryFileValid(const QString& path) const;
 
 private:
-    [[nodiscard]] QByteArray ReadRecords();
+    /// The records as they stand in the file, empty where there are none. Nothing if the file is there but
+    /// cannot be read.
+    [[nodiscard]] std::optional<QByteArray> ReadRecords();
+    void PutInFront(HistoryRecord record, const QByteArray& records);
     [[nodiscard]] QString HistoryPath() const;
     [[nodiscard]] QString LogPath() const;
 

@@ -11,6 +11,10 @@ class MessageTracker;
 class Settings;
 struct OutboxState;
 
+namespace engine {
+class Recordset;
+}
+
 /// Tells the user about slots that have reached a final status.
 class DeliverySink {
 public:
@@ -19,9 +23,9 @@ public:
     virtual qint16 PopupNotify(MessageTracker& tracker) = 0;
 };
 
-/// Remembers the last messages that this client put in the outbox, polls their status at a configured interval and, when a
-/// message reaches a final status, hands it to the notification and forgets it. Driven by the timer tmrCheckMsgStatus of the
-/// main window; keeps nothing on disk.
+/// Remembers the last messages that this client put in the outbox, polls their status at a configured
+/// interval and, when a message reaches a final status, hands it to the notification and forgets it. Driven
+/// by the timer tmrCheckMsgStatus of the main window; keeps nothing on disk.
 class MessageTracker {
 public:
     static constexpr int SlotCount = 50;
@@ -30,9 +34,9 @@ public:
         qint32 msgID = 0;  // 0 marks a free slot
         qint32 status = 0;
         QString recipient;
-        QString number;  // the number to show, or "(Private Number)"
+        QString number;        // the number to show, or "(Private Number)"
         QString deliveryTime;  // "HH:NN" or empty
-        QString text;  // first 50 characters of the merged message, trimmed
+        QString text;          // first 50 characters of the merged message, trimmed
     };
 
     MessageTracker(OutboxState& outbox, Settings& settings, Clock& clock);
@@ -46,13 +50,16 @@ public:
     /// Who is told of final messages; none while there is nobody to tell: final slots then wait.
     void SetSink(DeliverySink* sink) { m_sink = sink; }
 
-    /// Takes a message into the first free slot; with none free the oldest is dropped. Does nothing while disabled.
+    /// Takes a message into the first free slot; with none free the oldest is dropped. Does nothing while
+    /// disabled.
     void Track(qint32 msgID, const QString& recipient, const QString& number, const QString& text);
     /// Clears the first slot with this msgID; an unknown one does nothing.
     void CancelTracking(qint32 msgID);
     /// The poll and the notification. Returns the number of failures notified. Ignores failures.
     qint16 Update();
-    /// Reads the status of all pending slots in one statement when the interval has passed. True if the poll ran.
+    /// Reads the status of all pending slots in one statement when the interval has passed. True if the poll
+    /// ran. An outbox that is open is used and stays open; otherwise it is opened for this. A poll inside a
+    /// poll does nothing.
     bool CheckDB();
 
     void ClearSlot(int slot);
@@ -67,8 +74,15 @@ public:
     void SaveSettings();
 
 private:
+    using Slots = std::array<Slot, SlotCount>;
+
+    [[nodiscard]] Slots::iterator FindSlot(qint32 msgID);
     void ClearAllSlots();
-    void PollAgainLater();
+    /// "msgID = 17 OR msgID = 18" for all pending slots; empty without any.
+    [[nodiscard]] QString PendingFilter() const;
+    /// False if the outbox cannot be opened or read.
+    [[nodiscard]] bool ReadStatus(const QString& filter);
+    void TakeRow(const engine::Recordset& row);
 
     OutboxState& m_outbox;
     Settings& m_settings;
@@ -76,5 +90,6 @@ private:
     DeliverySink* m_sink = nullptr;
     bool m_enabled = true;
     QDateTime m_nextCheck;
-    std::array<Slot, SlotCount> m_slots;
+    bool m_isPolling = false;
+    Slots m_slots;
 };

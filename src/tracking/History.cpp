@@ -1,0 +1,162 @@
+#include "tracking/History.h"
+
+#include "core/CodePage.h"
+#include "core/Dates.h"
+#include "core/Product.h"
+#include "core/TextRules.h"
+#include "core/Trap.h"
+#include "platform/Folders.h"
+#include "platform/LocalFiles.h"
+#include "platform/MessageBoxes.h"
+
+#include <QtEndian>
+
+#include <bit>
+#include <cstring>
+#include <limits>
+#include <tuple>
+
+namespace {
+
+constexpr int ReservedOffset = 4;
+constexpr int ReservedSize = 3;
+constexpr int RecipientOffset = 7;
+constexpr int TextOffset = 37;
+constexpr int SendTimeOffset = 1061;
+constexpr int SizeLimit = HistoryRecord::Size * mdlHistory::MaxRecords;
+
+/// Moves the text of a field of `width` bytes to its start: what stripping and filling it again does to it.
+void StripLeadingBlanks(char* field, qsizetype width) {
+    qsizetype blanks = 0;
+    while (blanks < width && field[blanks] == ' ') {
+        ++blanks;
+    }
+    if (blanks == 0 || blanks == width) {
+        return;
+    }
+    std::memmove(field, field + blanks, static_cast<size_t>(width - blanks));
+    std::memset(field + width - blanks, ' ', static_cast<size_t>(blanks));
+}
+
+HistoryRecord RecordAt(const char* record, const CodePage& page) {
+    HistoryRecord result;
+    result.MessageID = qFromLittleEndian<qint32>(record);
+    result.Reserved = QByteArray(record + ReservedOffset, ReservedSize);
+    result.Recipient =
+        Text::Trim(page.Decode(QByteArray(record + RecipientOffset, HistoryRecord::RecipientWidth)));
+    result.Text = Text::Trim(page.Decode(QByteArray(record + TextOffset, HistoryRecord::TextWidth)));
+    result.SendTime =
+        Dates::FromDays(std::bit_cast<double>(qFromLittleEndian<quint64>(record + SendTimeOffset)));
+    return result;
+}
+
+QByteArray Field(const QString& text, int width, const CodePage& page) {
+    return page.Encode(text.left(width)).leftJustified(width, ' ', true);
+}
+
+QByteArray NewRecord(const HistoryRecord& value, const CodePage& page) {
+    QByteArray record(HistoryRecord::Size, '\0');
+    qToLittleEndian<qint32>(value.MessageID, record.data());
+    record.replace(ReservedOffset, ReservedSize, value.Reserved);
+    record.replace(RecipientOffset, HistoryRecord::RecipientWidth,
+                   Field(value.Recipient, HistoryRecord::RecipientWidth, page));
+    record.replace(TextOffset, HistoryRecord::TextWidth, Field(value.Text, HistoryRecord::TextWidth, page));
+    qToLittleEndian<quint64>(std::bit_cast<quint64>(Dates::ToDays(value.SendTime)),
+                             record.data() + SendTimeOffset);
+    return record;
+}
+
+}  // namespace
+
+mdlHistory::mdlHistory(LocalFiles& files, Folders& folders, MessageBoxes& boxes, const CodePage& page)
+    : m_files(files), m_folders(folders), m_boxes(boxes), m_page(page) {}
+
+QList<HistoryRecord> mdlHistory::ReadHistory() {
+    QList<HistoryRecord> records;
+    Trap([&] {
+        const QByteArray bytes = ReadRecords().value_or(QByteArray());
+        records.reserve(bytes.size() / HistoryRecord::Size);
+        for (qsizetype offset = 0; offset < bytes.size(); offset += HistoryRecord::Size) {
+            records.append(RecordAt(bytes.constData() + offset, m_page));
+        }
+    });
+    return records;
+}
+
+void mdlHistory::AddToHistory(qint32 msgID, const QString& recipient, const QString& text,
+                              const QDateTime& sendTime) {
+    Trap([&] {
+        std::optional<QByteArray> records = ReadRecords();
+        // A file that is there but cannot be read now keeps its records: better one message less in the
+        // history than all of them.
+        if (records.has_value()) {
+            PutInFront({msgID, QByteArray(), recipient, text, sendTime}, *records);
+        }
+    });
+    Trap([&] {
+        const QString line =
+            QString::number(msgID) + u',' + Dates::Format(sendTime, QStringLiteral("YYYYMMDDHHNNSS")) +
+            QStringLiteral(",\"") + recipient + QStringLiteral("\",\"") + text + QStringLiteral("\"\r\n");
+        std::ignore = m_files.Append(LogPath(), m_page.Encode(line));
+    });
+}
+
+void mdlHistory::ClearHistory() {
+    Trap([&] { std::ignore = m_files.Remove(HistoryPath()); });
+    Trap([&] { std::ignore = m_files.Replace(HistoryPath(), QByteArray()); });
+}
+
+bool mdlHistory::IsHistoryFileValid(const QString& path) const {
+    const qint64 size = m_files.Size(path);
+    return size <= 0 || size % HistoryRecord::Size == 0;
+}
+
+std::optional<QByteArray> mdlHistory::ReadRecords() {
+    const QString path = HistoryPath();
+    if (m_files.Size(path) <= 0) {
+        return QByteArray();
+    }
+    if (!IsHistoryFileValid(path)) {
+        m_boxes.Show(
+            {Product::AppTitle,
+             QStringLiteral("The History File is corrupt or is an older version.\r\nIT WILL BE CLEARED"),
+             BoxIcon::Critical, BoxButtons::Ok});
+        std::ignore = m_files.Remove(path);
+        return QByteArray();
+    }
+    std::optional<QByteArray> bytes = m_files.Read(path);
+    if (!bytes.has_value()) {
+        return std::nullopt;
+    }
+    const qsizetype count = bytes->size() / HistoryRecord::Size;
+    bytes->truncate(count > std::numeric_limits<qint16>::max() ? 0 : count * HistoryRecord::Size);
+    return bytes;
+}
+
+void mdlHistory::PutInFront(HistoryRecord record, const QByteArray& records) {
+    // The new record is written over the newest one, whose reserved bytes stay.
+    record.Reserved =
+        records.isEmpty() ? QByteArray(ReservedSize, '\0') : records.mid(ReservedOffset, ReservedSize);
+    QByteArray bytes = NewRecord(record, m_page) + records.left(SizeLimit - HistoryRecord::Size);
+    char* const begin = bytes.data();
+    for (qsizetype offset = HistoryRecord::Size; offset < bytes.size(); offset += HistoryRecord::Size) {
+        StripLeadingBlanks(begin + offset + RecipientOffset, HistoryRecord::RecipientWidth);
+        StripLeadingBlanks(begin + offset + TextOffset, HistoryRecord::TextWidth);
+    }
+    // A longer file, which only another program can have made, keeps what stands behind the records written
+    // here.
+    bytes += records.mid(bytes.size());
+    const QString path = HistoryPath();
+    if (!IsHistoryFileValid(path)) {
+        std::ignore = m_files.Remove(path);
+    }
+    std::ignore = m_files.Replace(path, bytes);
+}
+
+QString mdlHistory::HistoryPath() const {
+    return Text::WithBackslash(m_folders.ApplicationFolder()) + QStringLiteral("history.sms");
+}
+
+QString mdlHistory::LogPath() const {
+    return Text::WithBackslash(m_folders.ApplicationFolder()) + QStringLiteral("messagelog.sms");
+}
