@@ -1,0 +1,12 @@
+#pragma once
+
+class TabControl;
+
+/// Tells screen readers about the tabs of a TabControl, which are painted and no widgets of their own.
+namespace TabAccess {
+
+/// Safe to call any number of times.
+void Install();
+void NotifySelection(TabControl& control, int position);
+
+}  // namespace TabAccess
