@@ -1,0 +1,63 @@
+#include "platform_ui/QtMessageBoxes.h"
+
+#include "controls/ModalDoor.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QMessageBox>
+#include <QPointer>
+
+namespace {
+
+QMessageBox::Icon IconOf(BoxIcon icon) {
+    switch (icon) {
+        case BoxIcon::Information:
+            return QMessageBox::Information;
+        case BoxIcon::Question:
+            return QMessageBox::Question;
+        case BoxIcon::Critical:
+            return QMessageBox::Critical;
+        case BoxIcon::None:
+            break;
+    }
+    return QMessageBox::NoIcon;
+}
+
+/// The box belongs over a dialog that is open, else over the window in use.
+QWidget* OwnerWindow() {
+    QWidget* modal = QApplication::activeModalWidget();
+    return modal != nullptr ? modal : QApplication::activeWindow();
+}
+
+BoxAnswer AnswerOf(const QMessageBox* box, BoxButtons buttons) {
+    if (buttons == BoxButtons::Ok) {
+        return BoxAnswer::Ok;
+    }
+    const bool isYes = box != nullptr && box->clickedButton() != nullptr &&
+                       box->standardButton(box->clickedButton()) == QMessageBox::Yes;
+    return isYes ? BoxAnswer::Yes : BoxAnswer::No;
+}
+
+}  // namespace
+
+BoxAnswer QtMessageBoxes::Show(const BoxRequest& request) {
+    // The box may go with its owner's window while it is open, so it is guarded and not held by value.
+    const QPointer<QMessageBox> box(new QMessageBox);
+    box->setObjectName(QStringLiteral("MessageBox"));
+    box->setWindowTitle(request.Title);
+    // Plain: a name or an engine's error text may look like markup.
+    box->setTextFormat(Qt::PlainText);
+    box->setText(QString(request.Text).replace(QStringLiteral("\r\n"), QStringLiteral("\n")));
+    box->setIcon(IconOf(request.Icon));
+    if (request.Buttons == BoxButtons::YesNo) {
+        box->setStandardButtons(QMessageBox::Yes | QMessageBox::No);
+        box->setDefaultButton(QMessageBox::No);
+        box->setEscapeButton(QMessageBox::No);
+    } else {
+        box->setStandardButtons(QMessageBox::Ok);
+    }
+    m_door.ShowModal(*box, OwnerWindow());
+    const BoxAnswer answer = AnswerOf(box, request.Buttons);
+    delete box.data();
+    return answer;
+}

@@ -1,0 +1,7 @@
+#include "platform_ui/QtSound.h"
+
+#include <QApplication>
+
+void QtSound::Beep() {
+    QApplication::beep();
+}

@@ -1,0 +1,100 @@
+#include "platform_ui/QtKeyState.h"
+#include "platform_ui/QtMessageBoxes.h"
+#include "platform_ui/QtSound.h"
+#include "platform_ui/Windows.h"
+
+#include "controls/ModalDoor.h"
+
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+namespace {
+
+/// Looks at the box that would be shown, and answers it.
+class AnsweringDoor final : public ModalDoor {
+public:
+    std::function<void(QMessageBox&)> OnBox;
+    void ShowModal(QDialog& dialog, QWidget*) override {
+        dialog.show();
+        OnBox(dynamic_cast<QMessageBox&>(dialog));
+        dialog.hide();
+    }
+    QAction* ShowMenu(QMenu&, const QPoint&) override { return nullptr; }
+};
+
+BoxRequest Question() {
+    return {QStringLiteral("Larkspan Messenger"), QStringLiteral("DELETE the Drivers Group?"),
+            BoxIcon::Question, BoxButtons::YesNo};
+}
+
+}  // namespace
+
+TEST(QtMessageBoxes, ShowTitleTextAndIconAsGiven) {
+    AnsweringDoor door;
+    QtMessageBoxes boxes(door);
+    door.OnBox = [](QMessageBox& box) {
+        EXPECT_EQ(box.windowTitle(), QStringLiteral("Larkspan Messenger"));
+        EXPECT_EQ(box.text(), QStringLiteral("first\nsecond <b>line</b>"));
+        EXPECT_EQ(box.textFormat(), Qt::PlainText);
+        EXPECT_EQ(box.icon(), QMessageBox::Critical);
+        EXPECT_EQ(box.standardButtons(), QMessageBox::Ok);
+    };
+    const BoxRequest request{QStringLiteral("Larkspan Messenger"),
+                             QStringLiteral("first\r\nsecond <b>line</b>"), BoxIcon::Critical,
+                             BoxButtons::Ok};
+    EXPECT_EQ(boxes.Show(request), BoxAnswer::Ok);
+}
+
+TEST(QtMessageBoxes, AQuestionsDefaultIsNoAndYesHasToBeChosen) {
+    AnsweringDoor door;
+    QtMessageBoxes boxes(door);
+    door.OnBox = [](QMessageBox& box) {
+        EXPECT_EQ(box.icon(), QMessageBox::Question);
+        EXPECT_EQ(box.standardButton(box.defaultButton()), QMessageBox::No);
+        QTest::keyClick(&box, Qt::Key_Return);
+    };
+    EXPECT_EQ(boxes.Show(Question()), BoxAnswer::No);
+    door.OnBox = [](QMessageBox& box) { QTest::mouseClick(box.button(QMessageBox::Yes), Qt::LeftButton); };
+    EXPECT_EQ(boxes.Show(Question()), BoxAnswer::Yes);
+    door.OnBox = [](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); };
+    EXPECT_EQ(boxes.Show(Question()), BoxAnswer::No);
+    door.OnBox = [](QMessageBox&) {};
+    EXPECT_EQ(boxes.Show(Question()), BoxAnswer::No) << "closed without a choice";
+}
+
+TEST(QtMessageBoxes, ABoxThatGoesWithItsOwnerCountsAsRefused) {
+    ScreenModalDoor door;
+    QtMessageBoxes boxes(door);
+    auto owner = std::make_unique<QWidget>();
+    owner->show();
+    owner->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(owner.get()));
+    QTimer::singleShot(0, owner.get(), [&owner] { owner = nullptr; });
+    EXPECT_EQ(boxes.Show(Question()), BoxAnswer::No);
+    EXPECT_EQ(owner, nullptr);
+}
+
+TEST(QtMachine, NoKeyIsDownWhenNobodyPressesOne) {
+    const QtKeyState keys;
+    EXPECT_FALSE(keys.IsKeyDown(KeyState::Key::Control));
+    EXPECT_FALSE(keys.IsKeyDown(KeyState::Key::Shift));
+    EXPECT_FALSE(keys.IsKeyDown(KeyState::Key::Alt));
+}
+
+TEST(QtMachine, ABeepIsHarmlessWithoutASpeaker) {
+    QtSound().Beep();
+}
+
+TEST(Windows, WithoutAnXServerThereAreNoWindowsToReach) {
+    const auto windows = MakeWindows();
+    EXPECT_FALSE(windows->IsReachable());
+    EXPECT_TRUE(windows->EnumWindows().isEmpty());
+    EXPECT_FALSE(windows->SendShowRequest(12));
+    EXPECT_FALSE(windows->ForceForeground(12));
+}
