@@ -24,8 +24,8 @@ private:
     qint32 m_value = Busy::Idle;
 };
 
-/// Sets a state for its lifetime and goes back to Idle at its end, as every long operation ends, also after an
-/// exception.
+/// Sets a state for its lifetime and goes back to Idle at its end, as every long operation ends, also after
+/// an exception.
 class BusyScope {
 public:
     BusyScope(BusyState& state, qint32 value) : m_state(state) { m_state.SetAppBusyState(value); }

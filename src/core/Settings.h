@@ -7,8 +7,8 @@
 class QSettings;
 
 /// A small store of text values by section and key, one per user (an ini file, organisation "Brenmoor").
-/// Values go straight to the store; failures are not reported: a value that is missing, or a failed read, gives the
-/// default. All of the program's own settings go through the one instance `AppSettings`.
+/// Values go straight to the store; failures are not reported: a value that is missing, or a failed read,
+/// gives the default. All of the program's own settings go through the one instance `AppSettings`.
 class Settings {
 public:
     Settings();
@@ -18,7 +18,8 @@ public:
 
     /// The store's name; set once to "Larkspan Messenger" before the first value is read.
     void SetApplication(const QString& name);
-    [[nodiscard]] QString GetValue(const QString& section, const QString& key, const QString& defaultValue) const;
+    [[nodiscard]] QString GetValue(const QString& section, const QString& key,
+                                   const QString& defaultValue) const;
     void SetValue(const QString& section, const QString& key, const QString& value);
     /// The path of the ini file.
     [[nodiscard]] QString FileName() const;

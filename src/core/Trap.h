@@ -3,8 +3,8 @@
 #include <exception>
 #include <utility>
 
-/// Runs one step of a procedure that ignores failures: an exception is trapped and the next step runs. True if the step
-/// did not fail.
+/// Runs one step of a procedure that ignores failures: an exception is trapped and the next step runs. True
+/// if the step did not fail.
 template <typename Step>
 bool Trap(Step&& step) noexcept {
     try {

@@ -6,7 +6,7 @@
 #include <optional>
 
 /// The small files that the program keeps beside itself. All paths go through NativePath. A seam, so that a
-/// test can let any write fail after any number of bytes.
+/// test can let any write fail after any number of bytes. Folders are no files.
 class LocalFiles {
 public:
     virtual ~LocalFiles() = default;
@@ -15,13 +15,18 @@ public:
     [[nodiscard]] virtual qint64 Size(const QString& path) const = 0;
     /// The whole file; nothing if it cannot be read.
     [[nodiscard]] virtual std::optional<QByteArray> Read(const QString& path) const = 0;
-    /// Replaces the whole file by an atomic rename: afterwards it holds the old bytes or the new ones, whatever
-    /// happens in between. False if it was not replaced. A new file gets mode 0600.
+    /// Replaces the whole file by an atomic rename: afterwards it holds the old bytes or the new ones,
+    /// whatever happens in between. False if it was not replaced. A new file gets mode 0600, an old one keeps
+    /// its mode; one that may not be written is not replaced; behind a symbolic link the file that it leads
+    /// to is replaced. Whole after a crash of the program at any moment; a crash of the machine may take the
+    /// newest calls back unless Sync followed.
     [[nodiscard]] virtual bool Replace(const QString& path, const QByteArray& bytes) = 0;
-    /// Appends in one write; makes the file (mode 0600) if it is missing. False if not all bytes went in; what
-    /// a failed append wrote is taken off again.
+    /// Appends in one write; makes the file (mode 0600) if it is missing. False if not all bytes went in;
+    /// what a failed append wrote is taken off again.
     [[nodiscard]] virtual bool Append(const QString& path, const QByteArray& bytes) = 0;
     [[nodiscard]] virtual bool Remove(const QString& path) = 0;
+    /// Waits until the file as it stands is on the disk, once after a batch of writes. False if that failed.
+    [[nodiscard]] virtual bool Sync(const QString& path) = 0;
 };
 
 /// Files on the disk.
@@ -33,4 +38,5 @@ public:
     [[nodiscard]] bool Replace(const QString& path, const QByteArray& bytes) override;
     [[nodiscard]] bool Append(const QString& path, const QByteArray& bytes) override;
     [[nodiscard]] bool Remove(const QString& path) override;
+    [[nodiscard]] bool Sync(const QString& path) override;
 };

@@ -23,6 +23,7 @@ public:
         return Allow() && m_disk.Append(path, bytes);
     }
     [[nodiscard]] bool Remove(const QString& path) override { return Allow() && m_disk.Remove(path); }
+    [[nodiscard]] bool Sync(const QString& path) override { return m_disk.Sync(path); }
 
 private:
     bool Allow() {

@@ -1,0 +1,39 @@
+#include "platform/Drives.h"
+
+#include <QFile>
+#include <QProcess>
+
+#include <unistd.h>
+
+#include "platform/DriveTable.h"
+
+QString SystemDrives::GetNetworkConnection(const QString& drive) const {
+    return DriveTable::OfThisMachine().RemoteName(drive);
+}
+
+void SystemDrives::RestoreNetworkDrive(int /*window*/, const QString& drive) {
+    const DriveTable table = DriveTable::OfThisMachine();
+    const QString folder = table.FolderOf(drive);
+    if (!folder.startsWith(u'/') || table.IsMounted(folder)) {
+        return;
+    }
+    QProcess mount;
+    mount.setProgram(QStringLiteral("mount"));
+    mount.setArguments({folder});
+    mount.setStandardInputFile(QProcess::nullDevice());
+    mount.setStandardOutputFile(QProcess::nullDevice());
+    mount.setStandardErrorFile(QProcess::nullDevice());
+    mount.startDetached();
+}
+
+QString NativePath(const QString& path) {
+    // Nearly every path is one of this machine, and this is on the road of every file that is opened.
+    const bool isPlain =
+        path.startsWith(u'/') && !path.startsWith(QStringLiteral("//")) && !path.contains(u'\\');
+    if (path.isEmpty() || (isPlain && access(QFile::encodeName(path).constData(), F_OK) == 0)) {
+        return path;
+    }
+    const bool needsTable =
+        path.size() >= 2 && (path.at(1) == u':' || path.at(1) == u'\\' || path.at(1) == u'/');
+    return needsTable ? DriveTable::OfThisMachine().NativePath(path) : DriveTable({}, {}).NativePath(path);
+}

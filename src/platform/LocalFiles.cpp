@@ -1,0 +1,231 @@
+#include "platform/LocalFiles.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QRandomGenerator>
+
+#include <cerrno>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "platform/Drives.h"
+
+namespace {
+
+/// An open file, closed at the end of its life.
+class Descriptor {
+public:
+    explicit Descriptor(int number) : m_number(number) {}
+    ~Descriptor() { Close(); }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+
+    [[nodiscard]] bool IsOpen() const { return m_number >= 0; }
+    [[nodiscard]] int Number() const { return m_number; }
+    void Reset(int number) {
+        Close();
+        m_number = number;
+    }
+    /// False if the close failed: a network file system tells of a full disk only here.
+    bool Close() {
+        const int number = std::exchange(m_number, -1);
+        return number < 0 || close(number) == 0 || errno == EINTR;
+    }
+
+private:
+    int m_number;
+};
+
+int OpenFile(const QByteArray& path, int flags, mode_t mode = 0) {
+    int number = -1;
+    do {
+        number = open(path.constData(), flags | O_CLOEXEC, mode);
+    } while (number < 0 && errno == EINTR);
+    return number;
+}
+
+ssize_t WriteSome(int descriptor, const char* bytes, qsizetype count) {
+    ssize_t written = -1;
+    do {
+        written = write(descriptor, bytes, static_cast<std::size_t>(count));
+    } while (written < 0 && errno == EINTR);
+    return written;
+}
+
+bool WriteAll(int descriptor, const QByteArray& bytes) {
+    for (qsizetype done = 0; done < bytes.size();) {
+        const ssize_t written = WriteSome(descriptor, bytes.constData() + done, bytes.size() - done);
+        if (written <= 0) {
+            return false;
+        }
+        done += written;
+    }
+    return true;
+}
+
+QByteArray OpenablePath(const QString& path) {
+    return QFile::encodeName(NativePath(path));
+}
+
+/// The file itself behind a chain of symbolic links, also where the last one leads to a file that does not
+/// exist yet. Empty for links that go round.
+QByteArray BehindLinks(QByteArray path) {
+    constexpr int MostLinks = 40;
+    for (int link = 0; link < MostLinks; ++link) {
+        QByteArray target(4096, '\0');
+        const ssize_t length =
+            readlink(path.constData(), target.data(), static_cast<std::size_t>(target.size()));
+        if (length < 0) {
+            return path;
+        }
+        target.truncate(length);
+        path = target.startsWith('/') ? target : path.left(path.lastIndexOf('/') + 1) + target;
+    }
+    return QByteArray();
+}
+
+QByteArray FolderOf(const QByteArray& path) {
+    const qsizetype slash = path.lastIndexOf('/');
+    return slash < 0 ? QByteArray(".") : path.left(slash + 1);
+}
+
+QByteArray TemporaryName(const QByteArray& folder) {
+    const QByteArray number = QByteArray::number(QRandomGenerator::system()->generate64(), 36);
+    return (folder.endsWith('/') ? folder : folder + '/') + ".larkspan-" + number;
+}
+
+/// A file in the folder that gets its name only once it is whole. Without a name it vanishes by itself when
+/// the program is killed; file systems that know no such files (network ones) get one with a name.
+class NewFile {
+public:
+    explicit NewFile(const QByteArray& folder)
+        : m_folder(folder), m_file(OpenFile(folder, O_TMPFILE | O_WRONLY, 0600)) {
+        if (!m_file.IsOpen()) {
+            const QByteArray name = TemporaryName(folder);
+            m_file.Reset(OpenFile(name, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0600));
+            m_name = m_file.IsOpen() ? name : QByteArray();
+        }
+    }
+    ~NewFile() {
+        if (!m_name.isEmpty()) {
+            unlink(m_name.constData());
+        }
+    }
+    NewFile(const NewFile&) = delete;
+    NewFile& operator=(const NewFile&) = delete;
+
+    /// Writes the bytes and takes the place of `path`.
+    bool Become(const QByteArray& path, const QByteArray& bytes, const struct stat* old) {
+        return m_file.IsOpen() && WriteAll(m_file.Number(), bytes) && TakeOver(old) && GiveName() &&
+               m_file.Close() && Rename(path);
+    }
+
+private:
+    /// Mode and, as far as the account may, owner and group of the file that is replaced.
+    bool TakeOver(const struct stat* old) {
+        if (old == nullptr) {
+            return true;
+        }
+        [[maybe_unused]] const int ignored = fchown(m_file.Number(), old->st_uid, old->st_gid);
+        return fchmod(m_file.Number(), old->st_mode & 07777U) == 0;
+    }
+    bool GiveName() {
+        if (!m_name.isEmpty()) {
+            return true;
+        }
+        const QByteArray name = TemporaryName(m_folder);
+        const QByteArray self = "/proc/self/fd/" + QByteArray::number(m_file.Number());
+        if (linkat(AT_FDCWD, self.constData(), AT_FDCWD, name.constData(), AT_SYMLINK_FOLLOW) != 0) {
+            return false;
+        }
+        m_name = name;
+        return true;
+    }
+    bool Rename(const QByteArray& path) {
+        if (rename(m_name.constData(), path.constData()) != 0) {
+            return false;
+        }
+        m_name.clear();
+        return true;
+    }
+
+    QByteArray m_folder;
+    Descriptor m_file;
+    QByteArray m_name;  // the name that it has at present; empty: none
+};
+
+/// Takes off what a failed append wrote, unless another program has already written behind it.
+void TakeBack(int descriptor, ssize_t written) {
+    struct stat status {};
+    const off_t end = lseek(descriptor, 0, SEEK_CUR);
+    if (written > 0 && fstat(descriptor, &status) == 0 && status.st_size == end) {
+        [[maybe_unused]] const int ignored = ftruncate(descriptor, end - written);
+    }
+}
+
+}  // namespace
+
+bool DiskFiles::Exists(const QString& path) const {
+    return Size(path) >= 0;
+}
+
+qint64 DiskFiles::Size(const QString& path) const {
+    struct stat status {};
+    const bool isFile = stat(OpenablePath(path).constData(), &status) == 0 && !S_ISDIR(status.st_mode);
+    return isFile ? qint64{status.st_size} : -1;
+}
+
+std::optional<QByteArray> DiskFiles::Read(const QString& path) const {
+    QFile file(NativePath(path));
+    if (path.isEmpty() || QFileInfo(file).isDir() || !file.open(QIODevice::ReadOnly)) {
+        return std::nullopt;
+    }
+    QByteArray bytes = file.readAll();
+    return file.error() == QFileDevice::NoError ? std::optional(bytes) : std::nullopt;
+}
+
+bool DiskFiles::Replace(const QString& path, const QByteArray& bytes) {
+    const QByteArray target = BehindLinks(OpenablePath(path));
+    struct stat old {};
+    const bool isThere = !target.isEmpty() && stat(target.constData(), &old) == 0;
+    if (target.isEmpty() || (isThere && (!S_ISREG(old.st_mode) || access(target.constData(), W_OK) != 0))) {
+        return false;
+    }
+    return NewFile(FolderOf(target)).Become(target, bytes, isThere ? &old : nullptr);
+}
+
+bool DiskFiles::Append(const QString& path, const QByteArray& bytes) {
+    const QByteArray target = OpenablePath(path);
+    Descriptor file(OpenFile(target, O_WRONLY | O_APPEND));
+    const bool isNew = !file.IsOpen() && errno == ENOENT;
+    if (isNew) {
+        file.Reset(OpenFile(target, O_WRONLY | O_APPEND | O_CREAT, 0600));
+    }
+    if (!file.IsOpen()) {
+        return false;
+    }
+    const ssize_t written = WriteSome(file.Number(), bytes.constData(), bytes.size());
+    if (written == bytes.size()) {
+        return file.Close();
+    }
+    TakeBack(file.Number(), written);
+    struct stat status {};
+    if (isNew && fstat(file.Number(), &status) == 0 && status.st_size == 0) {
+        unlink(target.constData());
+    }
+    return false;
+}
+
+bool DiskFiles::Remove(const QString& path) {
+    return unlink(OpenablePath(path).constData()) == 0;
+}
+
+bool DiskFiles::Sync(const QString& path) {
+    const QByteArray target = BehindLinks(OpenablePath(path));
+    const Descriptor file(OpenFile(target, O_RDONLY));
+    const Descriptor folder(OpenFile(FolderOf(target), O_RDONLY | O_DIRECTORY));
+    return file.IsOpen() && folder.IsOpen() && fdatasync(file.Number()) == 0 && fsync(folder.Number()) == 0;
+}
