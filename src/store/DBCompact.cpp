@@ -5,13 +5,13 @@
 #include "store/DB.h"
 
 #include <QFile>
-#include <QFileInfo>
+
+#include <unistd.h>
 
 #include <stdexcept>
 
 namespace {
 
-constexpr qint32 ReopenMode = engine::Mode::ReadWriteShared;
 constexpr qint64 CopyPiece = 1 << 20;
 
 /// Passes over a file that is not there.
@@ -22,8 +22,9 @@ void DeleteFile(const QString& path) {
     }
 }
 
-/// Copies byte by byte over whatever `to` holds.
-void CopyFileBytes(const QString& from, const QString& to) {
+/// Copies byte by byte over whatever `to` holds; the bytes are on the disk afterwards, because the next step
+/// may delete the only other copy.
+void CopyFileBytes(const QString& from, const QString& to, QFileDevice::Permissions permissions) {
     QFile source(NativePath(from));
     QFile target(NativePath(to));
     if (!source.open(QIODevice::ReadOnly) || !target.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
@@ -35,10 +36,10 @@ void CopyFileBytes(const QString& from, const QString& to) {
             throw std::runtime_error("cannot copy a database file");
         }
     }
-    if (!target.flush() || source.error() != QFileDevice::NoError) {
+    if (!target.flush() || fsync(target.handle()) != 0 || source.error() != QFileDevice::NoError) {
         throw std::runtime_error("cannot copy a database file");
     }
-    target.setPermissions(source.permissions());
+    target.setPermissions(permissions);
 }
 
 QString BackupName(const QString& filename) {
@@ -55,13 +56,14 @@ bool DB::Compact() noexcept {
     const QString temporary =
         Text::WithBackslash(m_services.Folders.TempFolder()) + GetFilename() + QStringLiteral("$compact.mdb");
     const QString backup = BackupName(Filename);
+    const QFileDevice::Permissions permissions = QFile::permissions(NativePath(Filename));
     Trap([&] { DeleteFile(temporary); });
     bool isFine = Trap([&] { m_services.Engine.CompactDatabase(Filename, temporary); });
     isFine = Trap([&] { DeleteFile(backup); }) && isFine;
-    isFine = Trap([&] { CopyFileBytes(Filename, backup); }) && isFine;
+    isFine = Trap([&] { CopyFileBytes(Filename, backup, permissions); }) && isFine;
     if (isFine) {
         isFine = Trap([&] { DeleteFile(Filename); });
-        isFine = Trap([&] { CopyFileBytes(temporary, Filename); }) && isFine;
+        isFine = Trap([&] { CopyFileBytes(temporary, Filename, permissions); }) && isFine;
         if (isFine) {
             isFine = Trap([&] { DeleteFile(temporary); });
             isFine = Trap([&] { DeleteFile(backup); }) && isFine;
@@ -69,7 +71,7 @@ bool DB::Compact() noexcept {
     }
 
     if (wasOpen) {
-        static_cast<void>(OpenDatabase(ReopenMode));
+        static_cast<void>(OpenDatabase(engine::Mode::ReadWriteShared));
     }
     return isFine;
 }
