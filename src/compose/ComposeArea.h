@@ -1,0 +1,91 @@
+#pragma once
+
+#include "compose/ComposeServices.h"
+#include "compose/Dispatch.h"
+
+#include <QWidget>
+
+#include <functional>
+
+class Contact;
+class MessagePanel;
+class QuickfireRow;
+class RecipientPanel;
+class SendPanel;
+
+/// The composing side of the main window: recipients, message, signature and tail, send buttons, and what
+/// happens among them. Its window is the one that takes no input while a send runs.
+class ComposeArea final : public QWidget, private Composition {
+    Q_OBJECT
+public:
+    explicit ComposeArea(const ComposeServices& services, QWidget* parent = nullptr);
+
+    [[nodiscard]] MessagePanel& Message() { return *m_message; }
+    [[nodiscard]] RecipientPanel& Recipients() { return *m_recipients; }
+
+    void InitColours();
+    void InitMessageSize();
+    void InitMessageTails();
+    /// The signature as it was when the program last ended, and back to the settings.
+    void LoadSignature();
+    void SaveSignature() const;
+
+    /// Recipient count, size display, send buttons, in this order. Ignores failures.
+    void UpdateStateDisplay();
+    /// Both send buttons need a recipient, a text, and no place left to fill in.
+    void EnableButtons();
+    /// Back to the empty composition, with the focus in the contact list.
+    void Reset() override;
+    [[nodiscard]] QString GetTailText() const override;
+
+    // The recipient list, for the phonebook side.
+    void AddKeysToRecipients(const QStringList& keys);
+    void AddKeyToRecipients(const QString& key, bool ensureVisible);
+    void DropGroupByID(qint32 groupID);
+    void RefreshRecipientList();
+    /// `index` is counted from 1.
+    void ScrollRecipientsTo(int index);
+    void UpdateRecipient(const Contact& contact, const QString& toolTip);
+    [[nodiscard]] bool HasConfirmRecipients() const;
+    /// Asks which of the recipients that want confirmation shall get the message; those that shall not leave
+    /// the list. False if the user canceled.
+    [[nodiscard]] bool ConfirmRecipients();
+
+    /// How many characters of `text` equal `character`.
+    [[nodiscard]] static int CountChar(const QString& text, QChar character);
+    /// Characters plus one for each euro sign. Throws OverflowError.
+    [[nodiscard]] static qint16 SMSLength(const QString& text);
+
+    void FocusMessage();
+    void FocusRecipients();
+
+    /// What a press on cmdSendNow does. With Ctrl held message and recipients stay. A press while another
+    /// one is being worked on does nothing.
+    void SendNow();
+    /// What a press on cmdSendLater does: asks for the time and sends.
+    void SendLater();
+
+private:
+    [[nodiscard]] QStringList RecipientKeys() const override;
+    [[nodiscard]] QString MessageText() const override;
+    [[nodiscard]] QString SignatureText() const override;
+    void RemoveRecipientRows(const QStringList& keys) override;
+
+    void Connect();
+    void ClearRecipients();
+    void ShowRecipientMenu(const QPoint& position);
+    /// One press on a send button: `work` runs with the window's input shut off, in the busy state `state`,
+    /// unless the text has a place to fill in, which is selected instead. True if `work` says that it sent.
+    bool RunPress(qint32 state, const std::function<bool()>& work);
+    [[nodiscard]] bool SelectFillInMark();
+    /// False if the user canceled or nobody is left.
+    [[nodiscard]] bool PassConfirmation();
+    void Submit(const QDateTime& sendTime, bool removeSent);
+
+    ComposeServices m_services;
+    RecipientPanel* m_recipients;
+    QuickfireRow* m_quickfire;
+    MessagePanel* m_message;
+    SendPanel* m_send;
+    bool m_isPressRunning = false;
+};

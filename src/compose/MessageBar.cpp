@@ -1,0 +1,99 @@
+#include "compose/MessageBar.h"
+
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr int BarHeight = 8;
+/// Contrast against the window (1 to 21, as WCAG 2 counts it) below which a colour is drawn lighter.
+constexpr double LeastContrast = 2.0;
+constexpr int LighterStep = 112;  // per cent
+constexpr int MaxSteps = 20;
+
+double Luminance(const QColor& colour) {
+    const auto linear = [](double part) {
+        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) +
+           0.0722 * linear(colour.blueF());
+}
+
+double Contrast(const QColor& one, const QColor& other) {
+    const auto [low, high] = std::minmax({Luminance(one), Luminance(other)});
+    return (high + 0.05) / (low + 0.05);
+}
+
+}  // namespace
+
+MessageBar::MessageBar(QWidget* parent)
+    : QProgressBar(parent), m_barColour(palette().color(QPalette::Highlight)) {
+    setTextVisible(false);
+    setRange(0, 1);
+    setValue(0);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+}
+
+void MessageBar::SetMaximum(int maximum) {
+    setRange(std::min(0, maximum), maximum);
+    update();
+}
+
+void MessageBar::SetPosition(int position) {
+    m_position = position;
+    setValue(position);
+    update();
+}
+
+void MessageBar::SetBarColour(const QColor& colour) {
+    m_barColour = colour;
+    update();
+}
+
+QSize MessageBar::sizeHint() const {
+    return {120, BarHeight};
+}
+
+QSize MessageBar::minimumSizeHint() const {
+    return {40, BarHeight};
+}
+
+void MessageBar::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    const QRectF track(rect());
+    const double radius = track.height() / 2;
+    QColor trackColour = palette().color(QPalette::WindowText);
+    trackColour.setAlphaF(0.16F);
+    painter.setBrush(trackColour);
+    painter.drawRoundedRect(track, radius, radius);
+    const double part = FilledPart();
+    if (part > 0) {
+        QRectF fill = track;
+        fill.setWidth(std::max(track.height(), track.width() * part));
+        if (isRightToLeft()) {
+            fill.moveRight(track.right());
+        }
+        painter.setBrush(DrawnColour());
+        painter.drawRoundedRect(fill, radius, radius);
+    }
+}
+
+QColor MessageBar::DrawnColour() const {
+    const QColor background = palette().color(QPalette::Window);
+    QColor colour = m_barColour;
+    for (int step = 0; step < MaxSteps && Contrast(colour, background) < LeastContrast; ++step) {
+        colour = colour.lighter(LighterStep);
+    }
+    return colour;
+}
+
+double MessageBar::FilledPart() const {
+    if (maximum() <= 0) {
+        return 1.0;
+    }
+    return std::clamp(static_cast<double>(m_position) / maximum(), 0.0, 1.0);
+}

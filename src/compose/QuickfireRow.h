@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QWidget>
+
+#include <array>
+
+class QPushButton;
+
+/// The row of ten buttons for stored texts, between the two buttons that turn its pages. Alt and the digit on
+/// a button fire it.
+class QuickfireRow final : public QWidget {
+    Q_OBJECT
+public:
+    static constexpr int ButtonCount = 10;
+
+    explicit QuickfireRow(QWidget* parent = nullptr);
+
+private:
+    [[nodiscard]] QPushButton* NewButton(const QString& name, const QString& text);
+
+    std::array<QPushButton*, ButtonCount> m_cmdQuickFire{};
+};
