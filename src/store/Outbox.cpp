@@ -64,6 +64,10 @@ QString QuoteSQL(const QString& text) {
     return quoted.replace(u'\'', QStringLiteral("''"));
 }
 
+QString QuoteDate(const QDateTime& value, const QString& pattern) {
+    return u'#' + Dates::Format(value, pattern, QLocale::c()) + u'#';
+}
+
 bool IsMessageFinal(qint32 status) {
     return status != 0 && status != 1 && status != 3 && status != 4;
 }
@@ -111,17 +115,13 @@ void ReadSystemRecord(const OutboxServices& services) {
 }
 
 QString BuildInsertMessageSQL(const OutgoingMessage& message) {
-    // English month names whatever the user's language: three letters of "juin" and "juillet" are the same,
-    // and a message must not come due in the wrong month.
-    const QString sendTime =
-        Dates::Format(message.SendTime, QStringLiteral("dd/mmm/yyyy hh:nn:ss"), QLocale::c());
     return QStringLiteral(
                "INSERT INTO Message (msgRecipient, msgAddress, msgText, msgSendTime, msgSignature, "
                "msgStation, "
                "msgBodyTextSize) VALUES (") +
-           Quoted(message.Recipient) + u',' + Quoted(message.Address) + u',' + Quoted(message.Text) +
-           QStringLiteral(",#") + sendTime + QStringLiteral("#,") + Quoted(message.Signature) + u',' +
-           Quoted(message.Station) + u',' + QString::number(message.BodyTextSize) + u')';
+           Quoted(message.Recipient) + u',' + Quoted(message.Address) + u',' + Quoted(message.Text) + u',' +
+           QuoteDate(message.SendTime) + u',' + Quoted(message.Signature) + u',' + Quoted(message.Station) +
+           u',' + QString::number(message.BodyTextSize) + u')';
 }
 
 qint16 InsertMessage(const OutboxServices& services, OutgoingMessage message) {

@@ -50,6 +50,12 @@ namespace mdlOutbox {
 /// Doubles each ' so that a text can stand between single quotes.
 [[nodiscard]] QString QuoteSQL(const QString& text);
 
+/// A date as every statement writes it, between # signs of its own: `pattern` is one of Dates::Format, month
+/// names are English whatever the user's language. Three letters of "juin" and "juillet" are the same, and a
+/// message must not come due in the wrong month.
+[[nodiscard]] QString QuoteDate(const QDateTime& value,
+                                const QString& pattern = QStringLiteral("dd/mmm/yyyy hh:nn:ss"));
+
 /// False while a message is still on its way or could not be sent yet (0, 1, 3, 4); true for every other
 /// status.
 [[nodiscard]] bool IsMessageFinal(qint32 status);

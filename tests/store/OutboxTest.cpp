@@ -86,6 +86,14 @@ TEST_F(OutboxTest, AFolderGetsTheDefaultNameAndAFileStandsForItself) {
     EXPECT_EQ(OutboxFile(QString()), QString());
 }
 
+TEST_F(OutboxTest, ADateStandsBetweenItsSignsWithAnEnglishMonth) {
+    const QDateTime value(QDate(2026, 7, 1), QTime(9, 5, 0));
+    EXPECT_EQ(mdlOutbox::QuoteDate(value), QStringLiteral("#01/Jul/2026 09:05:00#"));
+    EXPECT_EQ(mdlOutbox::QuoteDate(value, QStringLiteral("dd/mmm/yyyy")), QStringLiteral("#01/Jul/2026#"));
+    EXPECT_EQ(mdlOutbox::QuoteDate(value, QStringLiteral("DD/MMM/YYYY 23:59:59")),
+              QStringLiteral("#01/Jul/2026 23:59:59#"));
+}
+
 // --- OpenOutbox ---
 
 TEST_F(OutboxTest, WithoutASettingThereIsADatabaseWithoutAFileAndTheResultIsFalse) {
