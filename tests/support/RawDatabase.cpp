@@ -1,5 +1,7 @@
 #include "support/RawDatabase.h"
 
+#include "store/engine/sqlite/Collation.h"
+
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
@@ -20,12 +22,18 @@ QVariant ColumnValue(sqlite3_stmt* statement, int column) {
     }
 }
 
+int CompareNames(void*, int leftSize, const void* left, int rightSize, const void* right) {
+    return engine::sqlite::CompareText({static_cast<const char*>(left), leftSize},
+                                       {static_cast<const char*>(right), rightSize});
+}
+
 }  // namespace
 
 RawDatabase::RawDatabase(const QString& nativePath) {
     EXPECT_EQ(sqlite3_open_v2(nativePath.toUtf8().constData(), &m_handle, SQLITE_OPEN_READWRITE, nullptr),
               SQLITE_OK)
         << nativePath.toStdString();
+    EXPECT_EQ(sqlite3_create_collation(m_handle, "LARKSPAN", SQLITE_UTF8, nullptr, CompareNames), SQLITE_OK);
 }
 
 RawDatabase::~RawDatabase() {

@@ -3,6 +3,7 @@
 #include "core/Settings.h"
 #include "store/Outbox.h"
 #include "store/Phonebook.h"
+#include "store/engine/Connection.h"
 #include "support/FailingFiles.h"
 #include "support/FakeMachine.h"
 
@@ -20,8 +21,8 @@ public:
     TempOffice();
 
     QTemporaryDir DataFolder;
-    engine::FileConnectionFactory FileEngine;
     FakeClock Time;
+    engine::FileConnectionFactory FileEngine{Time};
     FakePump Pump;
     FakeDrives Drives;
     FakeFolders Folders;
