@@ -1,8 +1,11 @@
 #include "core/Numbers.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <limits>
+#include <locale>
+#include <sstream>
 #include <stdexcept>
 
 namespace {
@@ -35,6 +38,21 @@ void TakeExponent(const QString& text, qsizetype position, QByteArray& number) {
     if (TakeDigits(text, position, exponent) > 0) {
         number.append(exponent);
     }
+}
+
+/// `number` holds a sign, digits, one point and an exponent at most.
+double ToDouble(const QByteArray& number) {
+    const char* const begin = number.constData() + (number.startsWith('+') ? 1 : 0);
+    double value = 0.0;
+    if (std::from_chars(begin, number.constData() + number.size(), value).ec !=
+        std::errc::result_out_of_range) {
+        return value;
+    }
+    // Streams, unlike from_chars, tell the too large from the too small.
+    std::istringstream stream(number.toStdString());
+    stream.imbue(std::locale::classic());
+    stream >> value;
+    return value;
 }
 
 double RoundHalfToEven(double value) {
@@ -151,7 +169,7 @@ double Numbers::Read(const QString& text) {
         return 0.0;
     }
     TakeExponent(dense, position, number);
-    return number.toDouble();
+    return ToDouble(number);
 }
 
 qint16 Numbers::ToInt16(double value) {

@@ -1,5 +1,6 @@
 #include "core/Settings.h"
 
+#include <QFile>
 #include <QSettings>
 #include <QStringList>
 
@@ -40,6 +41,7 @@ void Settings::SetValue(const QString& section, const QString& key, const QStrin
         // A null text would be stored as "no value" and read back as the default.
         m_store->setValue(FullKey(section, key), value.isNull() ? QStringLiteral("") : value);
         m_store->sync();
+        QFile::setPermissions(m_store->fileName(), QFile::ReadOwner | QFile::WriteOwner);
     }
 }
 

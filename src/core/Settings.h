@@ -6,9 +6,9 @@
 
 class QSettings;
 
-/// A small store of text values by section and key, one per user (an ini file, organisation "Brenmoor").
-/// Values go straight to the store; failures are not reported: a value that is missing, or a failed read,
-/// gives the default. All of the program's own settings go through the one instance `AppSettings`.
+/// A small store of text values by section and key, one per user (an ini file, organisation "Brenmoor", mode
+/// 0600). Values go straight to the store; failures are not reported: a value that is missing, or a failed
+/// read, gives the default. All of the program's own settings go through the one instance `AppSettings`.
 class Settings {
 public:
     Settings();

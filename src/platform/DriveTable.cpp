@@ -5,7 +5,7 @@
 #include <QFileInfo>
 #include <QSettings>
 
-#include <algorithm>
+#include <cerrno>
 
 #include <sys/stat.h>
 
@@ -45,9 +45,7 @@ QString Joined(const QString& folder, const QString& rest) {
     if (rest.isEmpty()) {
         return folder;
     }
-    return folder.endsWith(u'/') || rest.startsWith(u'/')
-               ? WithoutEndSlash(folder) + u'/' + (rest.startsWith(u'/') ? rest.mid(1) : rest)
-               : folder + u'/' + rest;
+    return folder + (folder.endsWith(u'/') || rest.startsWith(u'/') ? QString() : QStringLiteral("/")) + rest;
 }
 
 /// Blanks and the like stand as "\040" in the mount table.
@@ -111,7 +109,7 @@ QString MatchCase(const QString& path) {
 
 QByteArray WholeFile(const QString& path) {
     QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return !path.isEmpty() && file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 }  // namespace

@@ -7,6 +7,14 @@
 
 #include "platform/DriveTable.h"
 
+namespace {
+
+bool IsSeparator(QChar character) {
+    return character == u'\\' || character == u'/';
+}
+
+}  // namespace
+
 QString SystemDrives::GetNetworkConnection(const QString& drive) const {
     return DriveTable::OfThisMachine().RemoteName(drive);
 }
@@ -33,7 +41,8 @@ QString NativePath(const QString& path) {
     if (path.isEmpty() || (isPlain && access(QFile::encodeName(path).constData(), F_OK) == 0)) {
         return path;
     }
-    const bool needsTable =
-        path.size() >= 2 && (path.at(1) == u':' || path.at(1) == u'\\' || path.at(1) == u'/');
-    return needsTable ? DriveTable::OfThisMachine().NativePath(path) : DriveTable({}, {}).NativePath(path);
+    const bool isShare = path.size() >= 2 && IsSeparator(path.at(0)) && IsSeparator(path.at(1));
+    const bool isDrive = path.size() >= 2 && path.at(1) == u':';
+    return isShare || isDrive ? DriveTable::OfThisMachine().NativePath(path)
+                              : DriveTable({}, {}).NativePath(path);
 }

@@ -7,6 +7,7 @@
 #include <QStringList>
 #include <QSysInfo>
 
+#include <fcntl.h>
 #include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -55,7 +56,7 @@ QString PackageShare(const QString& programFolder) {
 
 bool IsOwnCopy(const QString& programFolder) {
     return !QFileInfo::exists(PackageShare(programFolder)) &&
-           access(QFile::encodeName(programFolder).constData(), W_OK) == 0;
+           faccessat(AT_FDCWD, QFile::encodeName(programFolder).constData(), W_OK, AT_EACCESS) == 0;
 }
 
 QByteArray AccountName() {

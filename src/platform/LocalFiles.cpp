@@ -191,7 +191,8 @@ bool DiskFiles::Replace(const QString& path, const QByteArray& bytes) {
     const QByteArray target = BehindLinks(OpenablePath(path));
     struct stat old {};
     const bool isThere = !target.isEmpty() && stat(target.constData(), &old) == 0;
-    if (target.isEmpty() || (isThere && (!S_ISREG(old.st_mode) || access(target.constData(), W_OK) != 0))) {
+    if (target.isEmpty() || (isThere && (!S_ISREG(old.st_mode) ||
+                                         faccessat(AT_FDCWD, target.constData(), W_OK, AT_EACCESS) != 0))) {
         return false;
     }
     return NewFile(FolderOf(target)).Become(target, bytes, isThere ? &old : nullptr);
