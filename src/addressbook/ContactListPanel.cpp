@@ -1,0 +1,57 @@
+#include "addressbook/ContactListPanel.h"
+
+#include "addressbook/ContactButtonsPanel.h"
+#include "addressbook/ContactItems.h"
+#include "addressbook/ContactList.h"
+#include "controls/Icons.h"
+#include "controls/ListView.h"
+#include "controls/ShrinkButton.h"
+
+#include <QBoxLayout>
+
+ContactListPanel::ContactListPanel(ContactButtonsPanel* buttons, QWidget* parent)
+    : QWidget(parent), m_lvContacts(new ListView(this)) {
+    m_lvContacts->setObjectName(QStringLiteral("lvContacts"));
+    m_lvContacts->setAccessibleName(tr("Contacts"));
+    m_lvContacts->setAlternatingRowColors(true);
+    m_lvContacts->SetImage(ContactItems::ConfirmImage, Icons::Get(QStringLiteral("confirm")));
+    m_lvContacts->SetDragOut(true);
+    m_cmdSortBy =
+        new ShrinkButton(QStringLiteral("cmdSortBy"), QString(), QStringLiteral("F"), QString(), this);
+    m_cmdSearch = new ShrinkButton(QStringLiteral("cmdSearch"), QStringLiteral("search"), tr("Search"),
+                                   QStringLiteral(" Search Contacts "), this);
+    m_cmdPrint = new ShrinkButton(QStringLiteral("cmdPrint"), QStringLiteral("print"), tr("Print"),
+                                  QStringLiteral(" Print Contacts "), this);
+    m_cmdSearch->setEnabled(false);
+    m_cmdPrint->setEnabled(false);
+    auto* row = new QHBoxLayout;
+    row->setSpacing(2);
+    row->addWidget(m_cmdSortBy);
+    row->addWidget(buttons);
+    row->addStretch(1);
+    row->addWidget(m_cmdSearch);
+    row->addWidget(m_cmdPrint);
+    auto* all = new QVBoxLayout(this);
+    all->setContentsMargins(0, 0, 0, 0);
+    all->setSpacing(4);
+    all->addWidget(m_lvContacts, 1);
+    all->addLayout(row);
+}
+
+void ContactListPanel::FillContactList(const ContactList& contacts, qint32 sortBy) {
+    const RedrawOff still(*m_lvContacts);
+    QList<ListRow> rows;
+    rows.reserve(contacts.Count());
+    for (const Contact& contact : contacts.list()) {
+        rows.append(ContactItems::RowOf(contact, sortBy));
+    }
+    m_lvContacts->Rows().Assign(std::move(rows));
+}
+
+void ContactListPanel::ShowSortBy(qint32 sortBy) {
+    const bool isByFirstname = sortBy != 0;
+    m_cmdSortBy->setText(isByFirstname ? QStringLiteral("S") : QStringLiteral("F"));
+    m_cmdSortBy->setToolTip(isByFirstname ? QStringLiteral(" Sort contacts by their surnames ")
+                                          : QStringLiteral(" Sort contacts by their firstnames "));
+    m_cmdSortBy->setAccessibleName(m_cmdSortBy->toolTip().trimmed());
+}

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QWidget>
+
+class ContactButtonsPanel;
+class ContactList;
+class ListView;
+class ShrinkButton;
+
+/// The list of contacts, and below it the row of buttons that belong to it.
+class ContactListPanel : public QWidget {
+    Q_OBJECT
+public:
+    /// `buttons` takes its place in the row of buttons.
+    explicit ContactListPanel(ContactButtonsPanel* buttons, QWidget* parent = nullptr);
+
+    [[nodiscard]] ListView& lvContacts() { return *m_lvContacts; }
+    [[nodiscard]] const ListView& lvContacts() const { return *m_lvContacts; }
+    [[nodiscard]] ShrinkButton& cmdSortBy() { return *m_cmdSortBy; }
+
+    /// One row a contact, in the order of the list.
+    void FillContactList(const ContactList& contacts, qint32 sortBy);
+    /// The sort button names what a click on it will do.
+    void ShowSortBy(qint32 sortBy);
+
+private:
+    ListView* m_lvContacts;
+    ShrinkButton* m_cmdSortBy;
+    ShrinkButton* m_cmdSearch;
+    ShrinkButton* m_cmdPrint;
+};

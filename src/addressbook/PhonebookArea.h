@@ -1,0 +1,82 @@
+#pragma once
+
+#include "addressbook/PhonebookSide.h"
+
+#include <QFrame>
+#include <QStringList>
+
+#include <memory>
+
+class Contact;
+class ContactDetailPanel;
+class ContactList;
+class ContactListPanel;
+class GroupTabsPanel;
+class ListView;
+
+namespace engine {
+class Recordset;
+}
+
+/// The phonebook side of the main window (fraPhoneBook): the tabs, the contact list, the details, and what
+/// happens among them.
+///
+/// AddressContacts always mirrors the rows of the list. Steps that fail are passed over; a list that cannot
+/// be read is told to the log and stays empty.
+class PhonebookArea : public QFrame {
+    Q_OBJECT
+public:
+    explicit PhonebookArea(PhonebookSide side, QWidget* parent = nullptr);
+
+    void InitAlphaTabs();
+    void InitGroupTabs();
+    void InitUserHeaders();
+    /// SetSortBy with the present order.
+    void InitSortBy();
+    /// Shows the order on its button and, unless the window is loading, builds both lists anew.
+    void SetSortBy();
+    /// At the end of the window's life.
+    void SaveTabOrder();
+
+    /// Rebuilds the list from the selected tabs.
+    void ShowGroup();
+    /// `letter` "*": everyone.
+    void ShowAlphaGroup(const QString& letter);
+    /// `groupID` is the number of a group tab.
+    void ShowGroupMembers(qint32 groupID);
+    void FillContactList(const ContactList& contacts);
+    /// Brings both lists in line with an edited contact.
+    void UpdateContactItems(const Contact& contact);
+
+    /// Shows, selects and focuses the contact; one that is not in the list only moves the focus there.
+    void SelectContact(qint32 id);
+    /// The empty key clears the details; an unknown one changes nothing.
+    void ShowContactInfo(const QString& key);
+    /// With `home` the first row takes the cursor.
+    void ContactListFocus(bool home);
+    /// The first tab of both rows, as the star of the number pad asks.
+    void SelectEverything();
+
+    /// Moves the selection over: afterwards no contact is selected.
+    void AddSelectedToRecipients();
+    void DeleteSelectedContacts();
+    void ConfirmDeleteContacts();
+    void DeleteContactsFromGroup();
+    void DeleteContactsFromAddressBook();
+    /// Asks for a name and makes a group of these contacts; private ones are left out.
+    void CreateGroupFromKeys(const QStringList& keys);
+
+private:
+    void PlacePanels();
+    void ConnectPanels();
+    void ToggleSortBy();
+    void ShowContactMenu(const QPoint& position);
+    void RunMenuEntry(int entry);
+    void ShowRows(std::unique_ptr<engine::Recordset> rows, const QString& failurePrefix);
+    [[nodiscard]] ListView& Contacts();
+
+    PhonebookSide m_side;
+    ContactListPanel* m_list;
+    GroupTabsPanel* m_tabs;
+    ContactDetailPanel* m_details;
+};
