@@ -1,0 +1,36 @@
+#include "app/AppContext.h"
+
+#include "app/Machine.h"
+#include "core/Numbers.h"
+
+#include <QLocale>
+
+AppContext::AppContext(const Machine& machine)
+    : History(machine.Files, machine.Places, machine.Boxes, machine.Page),
+      MessageTracker(*this, AppSettings, machine.Time),
+      Database{machine.Engine, machine.Time, machine.Pump, machine.NetworkDrives, machine.Places},
+      Outbox{*this, AppSettings, machine.Boxes, Database},
+      Phonebook{*this, AppSettings, machine.Boxes, Database, [this] {
+                    AddressContacts.Clear();
+                    RecipientContacts.Clear();
+                }} {}
+
+void AppContext::ReadLocaleCountry() {
+    constexpr qsizetype CodeLength = 2;
+    const QString code = QLocale().name().section(u'_', 1, 1);
+    LocaleCountry = code.size() == CodeLength ? code : QStringLiteral("IE");
+}
+
+void AppContext::LoadSortBy() {
+    const QString value =
+        AppSettings.GetValue(SettingNames::SectionDefaults, SettingNames::SortBy, QStringLiteral("0"));
+    SortBy = static_cast<qint32>(Numbers::ToInt16(value));
+}
+
+void AppContext::SaveSortBy() {
+    AppSettings.SetValue(SettingNames::SectionDefaults, SettingNames::SortBy, QString::number(SortBy));
+}
+
+void AppContext::CreateTracker() {
+    MessageTracker.LoadSettings();
+}

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "app/Steps.h"
+#include "platform_ui/Windows.h"
+
+class AppContext;
+class CommandLine;
+struct Machine;
+
+/// The windows that the entry routine brings up. The shell makes them.
+class EntryScreens {
+public:
+    virtual ~EntryScreens() = default;
+    /// Loads the splash and shows it, not modally.
+    virtual void ShowSplash() = 0;
+    virtual void RepaintSplash() = 0;
+    virtual void HideSplash() = 0;
+    virtual void DropSplash() = 0;
+    /// False if the user did not finish the setup: the program then ends.
+    [[nodiscard]] virtual bool RunSetupWizard() = 0;
+    virtual void RunPhonebookWizard() = 0;
+    /// Loads the main window, which fills itself.
+    virtual void LoadMain() = 0;
+    [[nodiscard]] virtual WindowHandle MainHandle() const = 0;
+    virtual void ShowMain() = 0;
+    virtual void ContactListFocus(bool home) = 0;
+    virtual void RepaintMain() = 0;
+};
+
+/// The program's entry: decides whether this process may run at all, opens the two databases behind a splash,
+/// loads the main window and hands over to it. Nineteen fixed steps; a step that fails is skipped and the
+/// next one runs.
+class EntryRoutine {
+public:
+    EntryRoutine(AppContext& context, const Machine& machine, EntryScreens& screens,
+                 const CommandLine& commandLine);
+
+    [[nodiscard]] StepTable Steps();
+    /// True if the process lives on in the main window's event loop, false if it is to end at once.
+    [[nodiscard]] bool Run();
+
+private:
+    void StartFileLog();
+    void CheckPreviousInstance();
+    void CreateSettings();
+    void CheckSetupWizard();
+    void ShowSplash();
+    void OpenOutbox();
+    void RepaintSplash();
+    void CheckPhonebookWizard();
+    void BindHelpFile();
+    void DropSplash();
+    void ShowMain();
+
+    AppContext& m_context;
+    const Machine& m_machine;
+    EntryScreens& m_screens;
+    const CommandLine& m_commandLine;
+    bool m_isEnding = false;
+};

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "app/Machine.h"
+#include "controls/ModalDoor.h"
+#include "core/Log.h"
+#include "platform/Clock.h"
+#include "platform/Drives.h"
+#include "platform/EventPump.h"
+#include "platform/Folders.h"
+#include "platform/LocalFiles.h"
+#include "platform_ui/Instance.h"
+#include "platform_ui/QtKeyState.h"
+#include "platform_ui/QtMessageBoxes.h"
+#include "platform_ui/QtSound.h"
+#include "platform_ui/Windows.h"
+#include "store/engine/Connection.h"
+
+#include <memory>
+
+/// The machine itself. Made once, after the QApplication and before everything else.
+class RealMachine {
+public:
+    RealMachine();
+    [[nodiscard]] Machine Seams();
+
+private:
+    SystemClock m_clock;
+    ApplicationEventPump m_pump;
+    QtKeyState m_keys;
+    QtSound m_sound;
+    ScreenModalDoor m_door;
+    QtMessageBoxes m_boxes{m_door};
+    SystemFolders m_folders;
+    SystemDrives m_drives;
+    DiskFiles m_files;
+    std::unique_ptr<Windows> m_windows;
+    LocalInstance m_instance;
+    engine::FileConnectionFactory m_engine;
+    Log m_log{m_files, m_clock};
+};
