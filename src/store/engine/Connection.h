@@ -10,6 +10,8 @@
 
 #include <memory>
 
+class Clock;
+
 namespace engine {
 
 enum class State { Closed = 0, Open = 1 };
@@ -20,10 +22,11 @@ inline constexpr qint32 ReadShared = 17;       // read, others not denied
 inline constexpr qint32 ReadWriteShared = 19;  // read and write, others not denied
 }  // namespace Mode
 
-/// One connection to one database file or server. Statements come in the one dialect that engine/sql reads. A failing
-/// step throws Failure and leaves its item in the error collection; each call clears the collection first.
-/// One statement is one transaction, unless BeginTrans was called; a writing one takes its lock at the start. A lock held
-/// by another is waited for with short random pauses, at most 5 s for one statement, opening included.
+/// One connection to one database file or server. Statements come in the one dialect that engine/sql reads. A
+/// failing step throws Failure and leaves its item in the error collection; each call clears the collection
+/// first. One statement is one transaction, unless BeginTrans was called; a writing one takes its lock at the
+/// start. A lock held by another is waited for with short random pauses, at most 5 s for one statement,
+/// opening included.
 class Connection {
 public:
     virtual ~Connection() = default;
@@ -36,11 +39,13 @@ public:
     virtual void Open(const QString& filename) = 0;
     virtual void Close() = 0;
 
-    /// Runs one statement. Returns the rows of one that has rows, otherwise none. `rowsAffected`, if given, gets the
-    /// number of rows inserted, changed or deleted.
+    /// Runs one statement. Returns the rows of one that has rows, otherwise none. `rowsAffected`, if given,
+    /// gets the number of rows inserted, changed or deleted.
     virtual std::unique_ptr<Recordset> Execute(const QString& sql, qint64* rowsAffected) = 0;
-    /// Opens the rows of a statement. The rows are those of the moment of opening: no lock outlives this call.
-    virtual std::unique_ptr<Recordset> OpenRecordset(const QString& sql, CursorType cursor, LockType lock) = 0;
+    /// Opens the rows of a statement. The rows are those of the moment of opening: no lock outlives this
+    /// call.
+    virtual std::unique_ptr<Recordset> OpenRecordset(const QString& sql, CursorType cursor,
+                                                     LockType lock) = 0;
 
     virtual void BeginTrans() = 0;
     virtual void CommitTrans() = 0;
@@ -65,10 +70,20 @@ public:
 };
 
 /// Connections to whatever a file holds: the first bytes choose the engine at Open, whatever the file's name.
+/// Outlives its connections. One factory a process knows best which files are open: what it has seen once it
+/// does not read again beside an open connection.
 class FileConnectionFactory final : public ConnectionFactory {
 public:
+    FileConnectionFactory();
+    /// Waits for locks by this clock, which outlives the factory.
+    explicit FileConnectionFactory(Clock& clock);
+    ~FileConnectionFactory() override;
     [[nodiscard]] std::unique_ptr<Connection> NewConnection() override;
     void CompactDatabase(const QString& source, const QString& destination) override;
+
+private:
+    struct Parts;
+    std::unique_ptr<Parts> m_parts;
 };
 
 }  // namespace engine

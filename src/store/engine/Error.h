@@ -9,10 +9,20 @@ namespace engine {
 /// The number that every failure of an engine carries outside; what went wrong stands in SQLState.
 inline constexpr qint32 GenericFailure = static_cast<qint32>(0x80004005U);
 
-/// Engine errors that this program tells apart, by the numbers that the field gives them. They stand in SQLState as
-/// decimal text.
+/// Engine errors that this program tells apart, by the numbers that the field gives them. They stand in
+/// SQLState as decimal text.
 namespace Number {
 inline constexpr int TableLockedExclusive = 3008;
+inline constexpr int TableLocked = 3211;
+inline constexpr int SystemResources = 3035;
+inline constexpr int DiskOrNetworkError = 3043;
+inline constexpr int InvalidStatement = 3129;    // begins with no known verb
+inline constexpr int CharactersAfterEnd = 3142;  // a second statement, or anything else behind the end
+inline constexpr int QueryTooComplex = 3360;
+inline constexpr int DataTypeMismatch = 3421;
+inline constexpr int ValueTooLong = 3163;
+inline constexpr int RelatedRecordRequired = 3201;
+inline constexpr int CannotCreate = 3012;  // an object of that name already exists
 inline constexpr int RequiredValueMissing = 3314;
 inline constexpr int EmptyTextNotAllowed = 3315;
 inline constexpr int DuplicateKey = 3022;
@@ -63,8 +73,9 @@ private:
     Error m_item;
 };
 
-/// The one question that callers ask of an error: can the same thing be tried again? True for the 31 numbers by
-/// which engines report lock and sharing conflicts, and only under GenericFailure. `sqlState` is read as a number.
+/// The one question that callers ask of an error: can the same thing be tried again? True for the 31 numbers
+/// by which engines report lock and sharing conflicts, and only under GenericFailure. `sqlState` is read as a
+/// number.
 [[nodiscard]] bool IsTransientError(qint32 number, qint32 nativeError, const QString& sqlState);
 
 }  // namespace engine

@@ -9,8 +9,8 @@ namespace engine {
 enum class CursorType { ForwardOnly = 0, KeySet = 1, Dynamic = 2, Static = 3 };
 enum class LockType { ReadOnly = 1, Pessimistic = 2, Optimistic = 3, BatchOptimistic = 4 };
 
-/// Rows of a statement, one current row at a time; the first row is current after opening. Owned by whoever opened
-/// it, and closed by its destruction. A failing step throws Failure.
+/// Rows of a statement, one current row at a time; the first row is current after opening. Owned by whoever
+/// opened it, and closed by its destruction. A failing step throws Failure.
 class Recordset {
 public:
     virtual ~Recordset() = default;
@@ -24,15 +24,17 @@ public:
     /// Names are compared without regard to case. -1 if there is no such field.
     [[nodiscard]] virtual int FieldIndex(QStringView name) const = 0;
 
-    /// The current row's value: null, bool, qint64, double, QString or QDateTime. Throws Failure ItemNotFound for
-    /// an index out of range, and at the end of file.
+    /// The current row's value: null, bool, qint64, double, QString or QDateTime. Throws Failure ItemNotFound
+    /// for an index out of range, and at the end of file.
     [[nodiscard]] virtual QVariant Value(int index) const = 0;
     /// By name; throws Failure ItemNotFound for an unknown field.
     [[nodiscard]] QVariant Value(QStringView name) const;
 
-    /// Changes a field of the current row in memory; Update writes the row (dynamic cursor and optimistic lock only).
+    /// Changes a field of the current row in memory; Update writes the row (dynamic cursor and optimistic
+    /// lock only).
     virtual void SetValue(QStringView name, const QVariant& value) = 0;
-    /// Throws Failure RowChangedByAnother if the row was changed since it was read, ReadOnly for a read-only set.
+    /// Throws Failure RowChangedByAnother if the row was changed since it was read, ReadOnly for a read-only
+    /// set.
     virtual void Update() = 0;
 
     virtual void Close() = 0;

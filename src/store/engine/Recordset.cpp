@@ -1,0 +1,23 @@
+#include "store/engine/Recordset.h"
+
+#include "store/engine/Error.h"
+
+namespace engine {
+
+QVariant Recordset::Value(QStringView name) const {
+    const int index = FieldIndex(name);
+    if (index < 0) {
+        throw Failure(Number::ItemNotFound, QStringLiteral("There is no field of that name."));
+    }
+    return Value(index);
+}
+
+bool FieldExists(const Recordset* recordset, QStringView name) noexcept {
+    try {
+        return recordset != nullptr && recordset->FieldIndex(name) >= 0;
+    } catch (...) {
+        return false;
+    }
+}
+
+}  // namespace engine

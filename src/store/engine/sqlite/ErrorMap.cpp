@@ -1,0 +1,105 @@
+#include "store/engine/sqlite/ErrorMap.h"
+
+#include <sqlite3.h>
+
+#include <QString>
+
+#include <cerrno>
+
+namespace engine::sqlite {
+
+namespace {
+
+int ForConstraint(int code, Doing doing) {
+    switch (code) {
+        case SQLITE_CONSTRAINT_NOTNULL:
+            return Number::RequiredValueMissing;
+        case SQLITE_CONSTRAINT_CHECK:
+            return Number::EmptyTextNotAllowed;
+        case SQLITE_CONSTRAINT_FOREIGNKEY:
+            return doing == Doing::Delete ? Number::CannotDeleteReferenced : Number::RelatedRecordRequired;
+        case SQLITE_CONSTRAINT_DATATYPE:
+            return Number::DataTypeMismatch;
+        default:
+            return Number::DuplicateKey;
+    }
+}
+
+/// Errors that come up before the first byte of a change is final.
+bool IsBeforeCommit(int code) {
+    switch (code) {
+        case SQLITE_IOERR_READ:
+        case SQLITE_IOERR_SHORT_READ:
+        case SQLITE_IOERR_FSTAT:
+        case SQLITE_IOERR_RDLOCK:
+        case SQLITE_IOERR_LOCK:
+        case SQLITE_IOERR_CHECKRESERVEDLOCK:
+        case SQLITE_IOERR_BLOCKED:
+        case SQLITE_IOERR_ACCESS:
+            return true;
+        default:
+            return false;
+    }
+}
+
+int ForInputOutput(int code, Doing doing, int systemError) {
+    if (code == SQLITE_IOERR_NOMEM) {
+        return Number::SystemResources;
+    }
+    if (code == SQLITE_IOERR_CORRUPTFS || code == SQLITE_IOERR_DATA) {
+        return Number::Damaged;
+    }
+    if (systemError == ENOSPC || systemError == EDQUOT || systemError == EFBIG) {
+        return Number::DiskFull;
+    }
+    const bool isWriting =
+        doing == Doing::Insert || doing == Doing::Update || doing == Doing::Delete || doing == Doing::Commit;
+    return isWriting && !IsBeforeCommit(code) ? Number::OutcomeUnknown : Number::DiskOrNetworkError;
+}
+
+}  // namespace
+
+int NumberFor(int code, Doing doing, int systemError) {
+    constexpr int PrimaryCode = 0xFF;
+    constexpr int OtherError = 3000;  // "reserved error"
+    switch (code & PrimaryCode) {
+        case SQLITE_BUSY:
+        case SQLITE_PROTOCOL:
+            return doing == Doing::Open ? Number::FileInUse : Number::LockedByAnother;
+        case SQLITE_LOCKED:
+        case SQLITE_SCHEMA:
+            return Number::TableLocked;
+        case SQLITE_READONLY:
+            return Number::ReadOnly;
+        case SQLITE_CANTOPEN:
+        case SQLITE_PERM:
+        case SQLITE_AUTH:
+            return Number::CannotOpen;
+        case SQLITE_FULL:
+            return Number::DiskFull;
+        case SQLITE_CORRUPT:
+            return Number::Damaged;
+        case SQLITE_NOTADB:
+            return Number::NotADatabase;
+        case SQLITE_NOMEM:
+            return Number::SystemResources;
+        case SQLITE_IOERR:
+            return ForInputOutput(code, doing, systemError);
+        case SQLITE_CONSTRAINT:
+            return ForConstraint(code, doing);
+        case SQLITE_TOOBIG:
+            return Number::ValueTooLong;
+        case SQLITE_MISMATCH:
+            return Number::DataTypeMismatch;
+        default:
+            return OtherError;
+    }
+}
+
+void ThrowFailure(sqlite3* database, int code, Doing doing) {
+    const int systemError = database != nullptr ? sqlite3_system_errno(database) : 0;
+    const char* message = database != nullptr ? sqlite3_errmsg(database) : sqlite3_errstr(code);
+    throw Failure(NumberFor(code, doing, systemError), QString::fromUtf8(message), code);
+}
+
+}  // namespace engine::sqlite

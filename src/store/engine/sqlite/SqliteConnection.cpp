@@ -1,0 +1,307 @@
+#include "store/engine/sqlite/SqliteConnection.h"
+
+#include "store/engine/sql/Parser.h"
+#include "store/engine/sqlite/Names.h"
+#include "store/engine/sqlite/TextCodec.h"
+
+#include <sqlite3.h>
+
+#include <QDateTime>
+
+#include <algorithm>
+
+namespace engine::sqlite {
+
+namespace {
+
+constexpr int PrimaryCode = 0xFF;
+constexpr const char* RowIdentity = "rowid";
+
+QString ToText(const QDate& day, const QTime& time) {
+    return day.toString(Qt::ISODate) + u' ' + time.toString(QStringLiteral("hh:mm:ss"));
+}
+
+/// Puts values to a statement's parameters; resets the statement when it ends. Texts live as long as it does.
+class Binding {
+public:
+    Binding(sqlite3_stmt* statement, std::size_t count) : m_statement(statement) { m_texts.reserve(count); }
+    ~Binding() {
+        sqlite3_reset(m_statement);
+        sqlite3_clear_bindings(m_statement);
+    }
+    Binding(const Binding&) = delete;
+    Binding& operator=(const Binding&) = delete;
+
+    void Add(std::monostate) { ++m_count; }
+    void Add(bool value) { sqlite3_bind_int(m_statement, ++m_count, static_cast<int>(value)); }
+    void Add(qint64 value) { sqlite3_bind_int64(m_statement, ++m_count, value); }
+    void Add(double value) { sqlite3_bind_double(m_statement, ++m_count, value); }
+    void Add(const QString& value) {
+        const QByteArray& bytes = m_texts.emplace_back(EncodeText(value));
+        sqlite3_bind_text64(m_statement, ++m_count, bytes.constData(),
+                            static_cast<sqlite3_uint64>(bytes.size()), SQLITE_STATIC, SQLITE_UTF8);
+    }
+    void Add(const sql::DateLiteral& value) { Add(ToText(value.Day, value.Time)); }
+    void Add(const QVariant& value) {
+        switch (value.typeId()) {
+            case QMetaType::UnknownType:
+            case QMetaType::Nullptr:
+                return Add(std::monostate());
+            case QMetaType::Bool:
+                return Add(value.toBool());
+            case QMetaType::Double:
+            case QMetaType::Float:
+                return Add(value.toDouble());
+            case QMetaType::QDateTime:
+                return Add(ToText(value.toDateTime().date(), value.toDateTime().time()));
+            case QMetaType::QString:
+                return Add(value.toString());
+            default:
+                return Add(value.toLongLong());
+        }
+    }
+
+private:
+    sqlite3_stmt* m_statement;
+    std::vector<QByteArray> m_texts;
+    int m_count = 0;
+};
+
+Doing DoingOf(const sql::Statement& statement) {
+    struct Visitor {
+        Doing operator()(const sql::Select&) const { return Doing::Read; }
+        Doing operator()(const sql::Insert&) const { return Doing::Insert; }
+        Doing operator()(const sql::Update&) const { return Doing::Update; }
+        Doing operator()(const sql::Delete&) const { return Doing::Delete; }
+    };
+    return std::visit(Visitor(), statement);
+}
+
+int SyntaxNumber(Doing doing) {
+    switch (doing) {
+        case Doing::Insert:
+            return Number::SyntaxInInsert;
+        case Doing::Update:
+            return Number::SyntaxInUpdate;
+        case Doing::Delete:
+            return Number::SyntaxInDelete;
+        default:
+            return Number::SyntaxInSelect;
+    }
+}
+
+QByteArray Quoted(const SqliteDialect& dialect, const QString& name) {
+    QByteArray out;
+    dialect.AppendName(out, name);
+    return out;
+}
+
+}  // namespace
+
+SqliteConnection::SqliteConnection(const QString& path, Clock& clock) : m_database(path, clock) {}
+
+SqliteConnection::~SqliteConnection() {
+    for (SqliteRecordset* recordset : m_writableSets) {
+        recordset->ConnectionEnds();
+    }
+}
+
+sql::Statement SqliteConnection::Parse(const QString& sql) {
+    if (!m_months) {
+        m_months.emplace(QLocale());
+    }
+    return sql::Parse(sql, *m_months);
+}
+
+std::unique_ptr<Recordset> SqliteConnection::Execute(const QString& sql, qint64* rowsAffected) {
+    m_database.Wait().Start();
+    const sql::Statement statement = Parse(sql);
+    qint64 count = 0;
+    std::unique_ptr<Recordset> result;
+    if (std::holds_alternative<sql::Select>(statement)) {
+        result = RunSelect(statement, {});
+    } else {
+        count = RunChange(sql::Write(statement, m_dialect), DoingOf(statement), &statement);
+    }
+    if (rowsAffected != nullptr) {
+        *rowsAffected = count;
+    }
+    return result;
+}
+
+std::unique_ptr<Recordset> SqliteConnection::OpenRecordset(const QString& sql, CursorType cursor,
+                                                           LockType lock) {
+    m_database.Wait().Start();
+    const sql::Statement statement = Parse(sql);
+    const auto* select = std::get_if<sql::Select>(&statement);
+    if (select == nullptr) {
+        std::unique_ptr<Recordset> none = std::make_unique<SqliteRecordset>(Rows());
+        Q_UNUSED(RunChange(sql::Write(statement, m_dialect), DoingOf(statement), &statement));
+        none->Close();
+        return none;
+    }
+    const bool wantsWriting = (cursor == CursorType::Dynamic || cursor == CursorType::KeySet) &&
+                              (lock == LockType::Optimistic || lock == LockType::Pessimistic);
+    const bool isWritable = wantsWriting && select->IsAll && IsTable(select->From);
+    return RunSelect(statement, isWritable ? select->From.toString() : QString());
+}
+
+std::unique_ptr<Recordset> SqliteConnection::RunSelect(const sql::Statement& statement,
+                                                       const QString& writableTable) {
+    if (writableTable.isEmpty()) {
+        return std::make_unique<SqliteRecordset>(Collect(sql::Write(statement, m_dialect), 0, &statement));
+    }
+    Rows rows = Collect(sql::Write(statement, m_dialect, RowIdentity), 1, &statement);
+    auto recordset = std::make_unique<SqliteRecordset>(std::move(rows), this, writableTable);
+    m_writableSets.push_back(recordset.get());
+    return recordset;
+}
+
+Rows SqliteConnection::Collect(const sql::Written& written, int hidden, const sql::Statement* statement) {
+    sqlite3_stmt* prepared = Prepare(written.Sql, Doing::Read, statement);
+    Binding binding(prepared, written.Values.size());
+    for (const sql::Literal& value : written.Values) {
+        std::visit([&binding](const auto& one) { binding.Add(one); }, value);
+    }
+    Rows rows;
+    int code = m_database.Step(prepared);
+    rows.TakeColumns(prepared, hidden);
+    for (; code == SQLITE_ROW; code = sqlite3_step(prepared)) {
+        rows.Append(prepared);
+    }
+    if (code != SQLITE_DONE) {
+        Diagnose(code, Doing::Read, statement);
+    }
+    rows.Finish();
+    return rows;
+}
+
+qint64 SqliteConnection::RunChange(const sql::Written& written, Doing doing,
+                                   const sql::Statement* statement) {
+    sqlite3_stmt* prepared = Prepare(written.Sql, doing, statement);
+    Binding binding(prepared, written.Values.size());
+    for (const sql::Literal& value : written.Values) {
+        std::visit([&binding](const auto& one) { binding.Add(one); }, value);
+    }
+    const int code = m_database.Step(prepared);
+    if (code != SQLITE_DONE) {
+        Diagnose(code, doing, statement);
+    }
+    return sqlite3_changes64(m_database.Handle());
+}
+
+sqlite3_stmt* SqliteConnection::Prepare(const QByteArray& sql, Doing doing, const sql::Statement* statement) {
+    int code = SQLITE_OK;
+    sqlite3_stmt* prepared = m_database.Prepare(sql, &code);
+    if (prepared == nullptr) {
+        Diagnose(code, doing, statement);
+    }
+    return prepared;
+}
+
+/// SQLite has one code for everything that is wrong with a statement; what it was is found out from the
+/// catalogue.
+void SqliteConnection::Diagnose(int code, Doing doing, const sql::Statement* statement) {
+    if ((code & PrimaryCode) != SQLITE_ERROR || statement == nullptr) {
+        ThrowFailure(m_database.Handle(), code, doing);
+    }
+    const QString description = QString::fromUtf8(sqlite3_errmsg(m_database.Handle()));
+    const UsedNames names = CollectNames(*statement);
+    const QString table = names.Tables.value(0);
+    const QByteArray findTable =
+        "SELECT type FROM sqlite_schema WHERE name = ? COLLATE NOCASE AND type IN ('table', 'view')";
+    for (const QString& name : names.Tables) {
+        const bool isOther = name.compare(table, Qt::CaseInsensitive) != 0;
+        if (isOther || (!name.isEmpty() && ReadNames(findTable, name).isEmpty())) {
+            throw Failure(isOther ? Number::UnknownColumn : Number::NoSuchTable, description, code);
+        }
+    }
+    const QStringList columns = ReadNames("SELECT name FROM pragma_table_xinfo(?)", table);
+    for (const QString& name : names.Columns) {
+        if (!columns.contains(name, Qt::CaseInsensitive)) {
+            throw Failure(Number::UnknownColumn, description, code);
+        }
+    }
+    if (doing != Doing::Read && !IsTable(table)) {
+        throw Failure(Number::ReadOnly, description, code);
+    }
+    throw Failure(SyntaxNumber(doing), description, code);
+}
+
+QStringList SqliteConnection::ReadNames(const QByteArray& sql, const QString& argument) {
+    Rows rows = Collect({sql, {argument}}, 0, nullptr);
+    QStringList names;
+    for (std::size_t row = 0; row < rows.RowCount(); ++row) {
+        std::vector<std::size_t> cells;
+        rows.Locate(row, &cells);
+        names.append(rows.RawValue(cells.front()).toString());
+    }
+    return names;
+}
+
+/// A table with row identities, and no saved query.
+bool SqliteConnection::IsTable(QStringView name) {
+    const QByteArray sql =
+        "SELECT type FROM pragma_table_list(?) WHERE type = 'table' AND wr = 0 AND schema = 'main'";
+    return !ReadNames(sql, name.toString()).isEmpty();
+}
+
+void SqliteConnection::BeginTrans() {
+    m_database.Run("BEGIN IMMEDIATE", Doing::Begin);
+}
+
+void SqliteConnection::CommitTrans() {
+    m_database.Run("COMMIT", Doing::Commit);
+}
+
+void SqliteConnection::RollbackTrans() {
+    m_database.Run("ROLLBACK", Doing::Begin);
+}
+
+QStringList SqliteConnection::TableNames() {
+    m_database.Wait().Start();
+    return ReadNames(
+        "SELECT name FROM sqlite_schema WHERE type IN ('table', 'view') AND name NOT LIKE ? ORDER BY name",
+        QStringLiteral("sqlite\\_%").remove(u'\\'));
+}
+
+void SqliteConnection::CompactInto(const QString& path) {
+    m_database.Wait().Start();
+    Q_UNUSED(RunChange({"VACUUM INTO ?", {path}}, Doing::Copy, nullptr));
+}
+
+void SqliteConnection::WriteRow(const QString& table, qint64 rowID, const QStringList& names,
+                                const QVariantList& old, const QMap<int, QVariant>& changes) {
+    m_database.Wait().Start();
+    QByteArray sql = "UPDATE " + Quoted(m_dialect, table) + " SET ";
+    for (auto change = changes.cbegin(); change != changes.cend(); ++change) {
+        sql += (change == changes.cbegin() ? "" : ", ") + Quoted(m_dialect, names.at(change.key())) + " = ?";
+    }
+    sql += " WHERE rowid = ?";
+    for (const QString& name : names) {
+        sql += " AND " + Quoted(m_dialect, name) + " COLLATE BINARY IS ?";
+    }
+    sqlite3_stmt* prepared = Prepare(sql, Doing::Update, nullptr);
+    Binding binding(prepared, static_cast<std::size_t>(changes.size() + old.size() + 1));
+    for (const QVariant& value : changes) {
+        binding.Add(value);
+    }
+    binding.Add(rowID);
+    for (const QVariant& value : old) {
+        binding.Add(value);
+    }
+    const int code = m_database.Step(prepared);
+    if (code != SQLITE_DONE) {
+        Diagnose(code, Doing::Update, nullptr);
+    }
+    if (sqlite3_changes64(m_database.Handle()) == 0) {
+        throw Failure(Number::RowChangedByAnother,
+                      QStringLiteral("The row was changed by another since it was read."));
+    }
+}
+
+void SqliteConnection::Forget(SqliteRecordset* recordset) {
+    std::erase(m_writableSets, recordset);
+}
+
+}  // namespace engine::sqlite

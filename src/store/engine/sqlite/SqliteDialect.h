@@ -1,0 +1,23 @@
+#pragma once
+
+#include "store/engine/sql/Dialect.h"
+
+namespace engine::sqlite {
+
+/// SQLite's SQL. A comparison with a text goes by the collation LARKSPAN; where only columns meet, their own
+/// collation holds. What a column sorts by is its own collation as well, so that its indexes serve.
+class SqliteDialect final : public sql::Dialect {
+public:
+    void AppendName(QByteArray& out, QStringView name) const override;
+    void AppendParameter(QByteArray& out, int number) const override;
+    void CheckTable(QStringView name) const override;
+    void CheckColumn(QStringView name) const override;
+    [[nodiscard]] QByteArrayView TextComparison() const override { return " COLLATE LARKSPAN"; }
+    [[nodiscard]] QByteArrayView Like() const override { return "LIKE"; }
+    [[nodiscard]] QByteArrayView FunctionName(sql::Function function) const override;
+    [[nodiscard]] QByteArrayView Identity() const override { return "last_insert_rowid()"; }
+    [[nodiscard]] QByteArrayView QuotientBegin() const override { return "CAST("; }
+    [[nodiscard]] QByteArrayView QuotientEnd() const override { return " AS REAL)"; }
+};
+
+}  // namespace engine::sqlite
