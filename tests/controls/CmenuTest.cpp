@@ -1,0 +1,98 @@
+#include "controls/Cmenu.h"
+
+#include "controls/ModalDoor.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+namespace {
+
+/// Chooses what a test says.
+class ChoosingDoor final : public ModalDoor {
+public:
+    std::function<QAction*(QMenu&)> OnMenu;
+    QPoint Position;
+
+    void ShowModal(QDialog&, QWidget*) override { ADD_FAILURE() << "a dialog was not expected"; }
+    QAction* ShowMenu(QMenu& menu, const QPoint& position) override {
+        Position = position;
+        return OnMenu(menu);
+    }
+};
+
+TEST(Cmenu, AnswersWithTheNumberOfTheEntryChosen) {
+    Cmenu menu;
+    menu.AddItem(5, QStringLiteral("First"));
+    menu.AddItem(-2, QStringLiteral("Second"));
+    ChoosingDoor door;
+    door.OnMenu = [](QMenu& shown) { return shown.actions().at(1); };
+    EXPECT_EQ(menu.TrackPopup(door, QPoint(30, 40)), -2);
+    EXPECT_EQ(door.Position, QPoint(30, 40));
+}
+
+TEST(Cmenu, AnswersZeroWhenItIsDismissed) {
+    Cmenu menu;
+    menu.AddItem(5, QStringLiteral("First"));
+    ChoosingDoor door;
+    door.OnMenu = [](QMenu&) { return nullptr; };
+    EXPECT_EQ(menu.TrackPopup(door, QPoint()), 0);
+}
+
+TEST(Cmenu, EntriesOfASubmenuAnswerWithTheirOwnNumbers) {
+    Cmenu inner(QStringLiteral("More"));
+    inner.AddItem(107, QStringLiteral("Inside"));
+    Cmenu menu;
+    menu.AddItem(std::move(inner));
+    ChoosingDoor door;
+    door.OnMenu = [](QMenu& shown) { return shown.actions().at(0)->menu()->actions().at(0); };
+    EXPECT_EQ(menu.TrackPopup(door, QPoint()), 107);
+}
+
+TEST(Cmenu, ADashIsASeparator) {
+    Cmenu menu;
+    menu.AddItem(1, QStringLiteral("One"));
+    menu.AddItem(4, QStringLiteral("-"));
+    menu.AddItem(2, QStringLiteral("Two"));
+    EXPECT_EQ(menu.Texts(), QStringList({QStringLiteral("One"), QStringLiteral("-"), QStringLiteral("Two")}));
+}
+
+TEST(Cmenu, TextsTellTheEntriesOfASubmenuBehindItsCaption) {
+    Cmenu inner(QStringLiteral("Add To"));
+    inner.AddItem(101, QStringLiteral("Drivers"));
+    inner.AddItem(0, QStringLiteral("-"));
+    Cmenu menu;
+    menu.AddItem(std::move(inner));
+    EXPECT_EQ(menu.Texts(), QStringList({QStringLiteral("Add To > Drivers"), QStringLiteral("Add To > -")}));
+}
+
+TEST(Cmenu, DefaultGrayedAndCheckedEntriesLookSo) {
+    Cmenu menu;
+    menu.AddItem(1, QStringLiteral("Default"), true);
+    menu.AddItem(2, QStringLiteral("Grayed"), false, true);
+    menu.AddItem(3, QStringLiteral("Checked"), false, false, true);
+    ChoosingDoor door;
+    door.OnMenu = [](QMenu& shown) -> QAction* {
+        EXPECT_EQ(shown.defaultAction(), shown.actions().at(0));
+        EXPECT_TRUE(shown.actions().at(0)->isEnabled());
+        EXPECT_FALSE(shown.actions().at(1)->isEnabled());
+        EXPECT_TRUE(shown.actions().at(2)->isChecked());
+        EXPECT_FALSE(shown.actions().at(1)->isChecked());
+        return nullptr;
+    };
+    EXPECT_EQ(menu.TrackPopup(door, QPoint()), 0);
+}
+
+TEST(Cmenu, AnAmpersandInANameIsShownAndIsNoMnemonic) {
+    Cmenu menu;
+    menu.AddItem(1, QStringLiteral("Add 'R&D' Group"));
+    ChoosingDoor door;
+    door.OnMenu = [](QMenu& shown) -> QAction* {
+        EXPECT_EQ(shown.actions().at(0)->text(), QStringLiteral("Add 'R&&D' Group"));
+        return nullptr;
+    };
+    EXPECT_EQ(menu.TrackPopup(door, QPoint()), 0);
+    EXPECT_EQ(menu.Texts(), QStringList(QStringLiteral("Add 'R&D' Group")));
+}
+
+}  // namespace
