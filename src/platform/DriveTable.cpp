@@ -210,14 +210,15 @@ bool DriveTable::IsMounted(const QString& folder) const {
 
 QString DriveTable::NativePath(const QString& path) const {
     const QString turned = WithSlashes(path);
-    QString place;
     if (IsDrive(turned)) {
         const QString folder = FolderOf(turned);
-        place = folder.isEmpty() ? QString() : Joined(folder, turned.mid(2));
-    } else if (IsShare(turned)) {
-        place = ShareFolder(turned);
+        return folder.isEmpty() ? turned : MatchCase(Joined(folder, turned.mid(2)));
     }
-    return MatchCase(place.isEmpty() ? turned : place);
+    if (IsShare(turned)) {
+        const QString place = ShareFolder(turned);
+        return place.isEmpty() ? turned : MatchCase(place);
+    }
+    return MatchCase(turned);
 }
 
 QString DriveTable::RemoteNameOfFolder(const QString& folder) const {

@@ -1,0 +1,279 @@
+#include "platform/LocalFiles.h"
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+
+#include <sys/wait.h>
+
+#include "support/BrokenDisk.h"
+#include "support/Printing.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+mode_t ModeOf(const QString& path) {
+    struct stat status {};
+    EXPECT_EQ(stat(path.toLocal8Bit().constData(), &status), 0);
+    return status.st_mode & 07777U;
+}
+
+class LocalFilesTest : public testing::Test {
+protected:
+    [[nodiscard]] QString In(const QString& name) const { return m_folder.filePath(name); }
+    [[nodiscard]] QByteArray TextOf(const QString& name) const {
+        return m_files.Read(In(name)).value_or(QByteArray("no file"));
+    }
+    /// All names in the folder, hidden ones too: nothing may be left behind.
+    [[nodiscard]] QStringList Names() const {
+        return QDir(m_folder.path())
+            .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    }
+
+    OrdinaryUser m_user;
+    QTemporaryDir m_folder;
+    DiskFiles m_files;
+};
+
+const QByteArray Old(5000, 'o');
+const QByteArray New(267250, 'n');
+
+}  // namespace
+
+TEST_F(LocalFilesTest, AMissingFileHasNoSizeAndNoBytes) {
+    EXPECT_FALSE(m_files.Exists(In(u"a"_s)));
+    EXPECT_EQ(m_files.Size(In(u"a"_s)), -1);
+    EXPECT_FALSE(m_files.Read(In(u"a"_s)).has_value());
+    EXPECT_FALSE(m_files.Remove(In(u"a"_s)));
+    EXPECT_FALSE(m_files.Sync(In(u"a"_s)));
+}
+
+TEST_F(LocalFilesTest, AFolderIsNoFile) {
+    EXPECT_FALSE(m_files.Exists(m_folder.path()));
+    EXPECT_EQ(m_files.Size(m_folder.path()), -1);
+    EXPECT_FALSE(m_files.Read(m_folder.path()).has_value());
+    EXPECT_FALSE(m_files.Replace(m_folder.path(), "x"));
+    EXPECT_FALSE(m_files.Append(m_folder.path(), "x"));
+    EXPECT_FALSE(m_files.Remove(m_folder.path()));
+}
+
+TEST_F(LocalFilesTest, TheEmptyPathIsNoFile) {
+    EXPECT_FALSE(m_files.Exists(QString()));
+    EXPECT_FALSE(m_files.Read(QString()).has_value());
+    EXPECT_FALSE(m_files.Replace(QString(), "x"));
+    EXPECT_FALSE(m_files.Append(QString(), "x"));
+}
+
+TEST_F(LocalFilesTest, ReplaceMakesAFileForTheUserAlone) {
+    ASSERT_TRUE(m_files.Replace(In(u"a"_s), QByteArray("\0new\r\n", 6)));
+    EXPECT_EQ(TextOf(u"a"_s), QByteArray("\0new\r\n", 6));
+    EXPECT_EQ(m_files.Size(In(u"a"_s)), 6);
+    EXPECT_EQ(ModeOf(In(u"a"_s)), 0600U);
+    EXPECT_EQ(Names(), QStringList{u"a"_s});
+}
+
+TEST_F(LocalFilesTest, ReplaceTakesThePlaceOfALongerFile) {
+    ASSERT_TRUE(m_files.Replace(In(u"a"_s), New));
+    ASSERT_TRUE(m_files.Replace(In(u"a"_s), Old));
+    EXPECT_EQ(TextOf(u"a"_s), Old);
+    EXPECT_EQ(Names(), QStringList{u"a"_s});
+}
+
+TEST_F(LocalFilesTest, ReplaceWithNoBytesLeavesAnEmptyFile) {
+    ASSERT_TRUE(m_files.Replace(In(u"a"_s), Old));
+    ASSERT_TRUE(m_files.Replace(In(u"a"_s), QByteArray()));
+    EXPECT_TRUE(m_files.Exists(In(u"a"_s)));
+    EXPECT_EQ(m_files.Size(In(u"a"_s)), 0);
+}
+
+TEST_F(LocalFilesTest, ReplaceKeepsTheModeOfTheOldFile) {
+    ASSERT_TRUE(m_files.Replace(In(u"a"_s), Old));
+    ASSERT_EQ(chmod(In(u"a"_s).toLocal8Bit().constData(), 0664), 0);
+    ASSERT_TRUE(m_files.Replace(In(u"a"_s), New));
+    EXPECT_EQ(ModeOf(In(u"a"_s)), 0664U);
+}
+
+TEST_F(LocalFilesTest, AReaderThatHasTheOldFileOpenKeepsTheOldBytes) {
+    ASSERT_TRUE(m_files.Replace(In(u"a"_s), Old));
+    QFile reader(In(u"a"_s));
+    ASSERT_TRUE(reader.open(QIODevice::ReadOnly));
+    ASSERT_TRUE(m_files.Replace(In(u"a"_s), New));
+    EXPECT_EQ(reader.readAll(), Old);
+}
+
+TEST_F(LocalFilesTest, ReplaceGoesToTheFileBehindALink) {
+    ASSERT_TRUE(QDir(m_folder.path()).mkdir(u"real"_s));
+    ASSERT_TRUE(m_files.Replace(In(u"real/a"_s), Old));
+    ASSERT_TRUE(QFile::link(u"real/a"_s, In(u"relative"_s)));
+    ASSERT_TRUE(QFile::link(In(u"relative"_s), In(u"absolute"_s)));
+    ASSERT_TRUE(m_files.Replace(In(u"absolute"_s), New));
+    EXPECT_EQ(TextOf(u"real/a"_s), New);
+    EXPECT_TRUE(QFileInfo(In(u"relative"_s)).isSymLink());
+    EXPECT_TRUE(QFileInfo(In(u"absolute"_s)).isSymLink());
+}
+
+TEST_F(LocalFilesTest, ReplaceMakesTheFileThatALinkLeadsTo) {
+    ASSERT_TRUE(QFile::link(u"target"_s, In(u"link"_s)));
+    ASSERT_TRUE(m_files.Replace(In(u"link"_s), New));
+    EXPECT_EQ(TextOf(u"target"_s), New);
+    EXPECT_TRUE(QFileInfo(In(u"link"_s)).isSymLink());
+}
+
+TEST_F(LocalFilesTest, LinksThatGoRoundAreNoFile) {
+    ASSERT_TRUE(QFile::link(u"b"_s, In(u"a"_s)));
+    ASSERT_TRUE(QFile::link(u"a"_s, In(u"b"_s)));
+    EXPECT_FALSE(m_files.Replace(In(u"a"_s), New));
+    EXPECT_FALSE(m_files.Exists(In(u"a"_s)));
+}
+
+TEST_F(LocalFilesTest, AppendAddsToTheEnd) {
+    ASSERT_TRUE(m_files.Append(In(u"log"_s), "one\r\n"));
+    ASSERT_TRUE(m_files.Append(In(u"log"_s), "two\r\n"));
+    EXPECT_EQ(TextOf(u"log"_s), QByteArray("one\r\ntwo\r\n"));
+    EXPECT_EQ(ModeOf(In(u"log"_s)), 0600U);
+}
+
+TEST_F(LocalFilesTest, AppendOfNoBytesMakesTheFile) {
+    ASSERT_TRUE(m_files.Append(In(u"log"_s), QByteArray()));
+    EXPECT_EQ(m_files.Size(In(u"log"_s)), 0);
+}
+
+TEST_F(LocalFilesTest, RemoveTakesTheFileAway) {
+    ASSERT_TRUE(m_files.Replace(In(u"a"_s), Old));
+    EXPECT_TRUE(m_files.Remove(In(u"a"_s)));
+    EXPECT_EQ(Names(), QStringList());
+}
+
+TEST_F(LocalFilesTest, SyncPutsAFileOnTheDisk) {
+    ASSERT_TRUE(m_files.Replace(In(u"a"_s), Old));
+    EXPECT_TRUE(m_files.Sync(In(u"a"_s)));
+}
+
+TEST_F(LocalFilesTest, PathsAreTakenWithBackslashesAndInAnyCase) {
+    ASSERT_TRUE(m_files.Replace(In(u"History.SMS"_s), Old));
+    const QString path = m_folder.path() + u"\\history.sms"_s;
+    EXPECT_EQ(m_files.Size(path), Old.size());
+    EXPECT_TRUE(m_files.Replace(path, "x"));
+    EXPECT_TRUE(m_files.Append(path, "y"));
+    EXPECT_EQ(m_files.Read(path).value_or(QByteArray()), QByteArray("xy"));
+    EXPECT_EQ(Names(), QStringList{u"History.SMS"_s});
+    EXPECT_TRUE(m_files.Sync(path));
+    EXPECT_TRUE(m_files.Remove(path));
+}
+
+TEST_F(LocalFilesTest, OnAFullDiskReplaceKeepsTheOldFileWhole) {
+    ASSERT_TRUE(m_files.Replace(In(u"a"_s), Old));
+    for (const qint64 room :
+         {qint64{0}, qint64{1}, qint64{4095}, qint64{4096}, qint64{100000}, New.size() - 1}) {
+        const FullDisk disk(room);
+        EXPECT_FALSE(m_files.Replace(In(u"a"_s), New)) << room;
+        EXPECT_EQ(TextOf(u"a"_s), Old) << room;
+        EXPECT_EQ(Names(), QStringList{u"a"_s}) << room;
+    }
+    const FullDisk disk(New.size());
+    EXPECT_TRUE(m_files.Replace(In(u"a"_s), New));
+    EXPECT_EQ(TextOf(u"a"_s), New);
+}
+
+TEST_F(LocalFilesTest, OnAFullDiskReplaceMakesNoPartOfAFile) {
+    const FullDisk disk(100);
+    EXPECT_FALSE(m_files.Replace(In(u"a"_s), New));
+    EXPECT_EQ(Names(), QStringList());
+}
+
+TEST_F(LocalFilesTest, OnAFullDiskAppendLeavesTheOldLines) {
+    ASSERT_TRUE(m_files.Append(In(u"log"_s), Old));
+    for (const qint64 room : {qint64{0}, Old.size(), Old.size() + 1, Old.size() + 9}) {
+        const FullDisk disk(room);
+        EXPECT_FALSE(m_files.Append(In(u"log"_s), "0123456789")) << room;
+        EXPECT_EQ(TextOf(u"log"_s), Old) << room;
+    }
+    const FullDisk disk(Old.size() + 10);
+    EXPECT_TRUE(m_files.Append(In(u"log"_s), "0123456789"));
+    EXPECT_EQ(TextOf(u"log"_s), Old + "0123456789");
+}
+
+TEST_F(LocalFilesTest, OnAFullDiskAppendMakesNoPartOfAFile) {
+    const FullDisk disk(4);
+    EXPECT_FALSE(m_files.Append(In(u"log"_s), "0123456789"));
+    EXPECT_EQ(Names(), QStringList());
+}
+
+TEST_F(LocalFilesTest, InAReadOnlyFolderNothingChanges) {
+    ASSERT_TRUE(m_files.Replace(In(u"a"_s), Old));
+    const ReadOnlyFolder folder(m_folder.path());
+    EXPECT_FALSE(m_files.Replace(In(u"a"_s), New));
+    EXPECT_FALSE(m_files.Replace(In(u"b"_s), New));
+    EXPECT_FALSE(m_files.Append(In(u"b"_s), New));
+    EXPECT_FALSE(m_files.Remove(In(u"a"_s)));
+    EXPECT_EQ(TextOf(u"a"_s), Old);
+    EXPECT_EQ(Names(), QStringList{u"a"_s});
+}
+
+TEST_F(LocalFilesTest, AReadOnlyFileStaysAsItIs) {
+    ASSERT_TRUE(m_files.Replace(In(u"a"_s), Old));
+    ASSERT_EQ(chmod(In(u"a"_s).toLocal8Bit().constData(), 0400), 0);
+    EXPECT_FALSE(m_files.Replace(In(u"a"_s), New));
+    EXPECT_FALSE(m_files.Append(In(u"a"_s), New));
+    EXPECT_EQ(TextOf(u"a"_s), Old);
+}
+
+TEST_F(LocalFilesTest, InAMissingFolderNothingIsMade) {
+    EXPECT_FALSE(m_files.Replace(In(u"missing/a"_s), New));
+    EXPECT_FALSE(m_files.Append(In(u"missing/a"_s), New));
+    EXPECT_EQ(Names(), QStringList());
+}
+
+TEST_F(LocalFilesTest, AProgramThatIsKilledWhileItReplacesLeavesTheOldFileOrTheNewOne) {
+    ASSERT_TRUE(m_files.Replace(In(u"a"_s), Old));
+    for (int kill = 0; kill < 20; ++kill) {
+        const pid_t child = fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            for (;;) {
+                static_cast<void>(m_files.Replace(In(u"a"_s), New));
+                static_cast<void>(m_files.Replace(In(u"a"_s), Old));
+            }
+        }
+        int changes = 0;
+        QByteArray last = Old;
+        while (changes < 1 + kill % 3) {
+            const QByteArray bytes = TextOf(u"a"_s);
+            EXPECT_TRUE(bytes == Old || bytes == New) << bytes.size();
+            changes += bytes != last ? 1 : 0;
+            last = bytes;
+        }
+        ::kill(child, SIGKILL);
+        ASSERT_EQ(waitpid(child, nullptr, 0), child);
+        EXPECT_TRUE(TextOf(u"a"_s) == Old || TextOf(u"a"_s) == New);
+    }
+}
+
+TEST_F(LocalFilesTest, TwoProgramsThatAppendAtOnceLoseNoLine) {
+    constexpr int Lines = 500;
+    const auto write = [&](char letter) {
+        bool isWritten = true;
+        for (int line = 0; line < Lines; ++line) {
+            isWritten = m_files.Append(In(u"log"_s), QByteArray(99, letter) + '\n') && isWritten;
+        }
+        return isWritten;
+    };
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        _exit(write('c') ? 0 : 1);
+    }
+    EXPECT_TRUE(write('p'));
+    int status = -1;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+    QList<QByteArray> lines = TextOf(u"log"_s).split('\n');
+    EXPECT_EQ(lines.takeLast(), QByteArray());
+    EXPECT_EQ(lines.count(QByteArray(99, 'c')), Lines);
+    EXPECT_EQ(lines.count(QByteArray(99, 'p')), Lines);
+    EXPECT_EQ(lines.size(), 2 * Lines);
+}
