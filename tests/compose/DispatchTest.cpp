@@ -1,0 +1,501 @@
+#include "compose/Dispatch.h"
+
+#include "addressbook/ContactList.h"
+#include "compose/MessageSize.h"
+#include "core/CodePage.h"
+#include "core/Numbers.h"
+#include "support/FakeEngine.h"
+#include "support/TempOffice.h"
+#include "tracking/History.h"
+#include "tracking/MessageTracker.h"
+
+#include <QFile>
+#include <QLocale>
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <stdexcept>
+
+namespace {
+
+using Operation = FakeEngine::Operation;
+
+/// The composition of a test: what stands in the boxes and in the list.
+class TestComposition final : public Composition {
+public:
+    QStringList Keys;
+    QString Message;
+    QString Signature;
+    QString Tail = QStringLiteral("Reception");
+    QList<QStringList> Removed;
+    int Resets = 0;
+
+    [[nodiscard]] QStringList RecipientKeys() const override { return Keys; }
+    [[nodiscard]] QString MessageText() const override { return Message; }
+    [[nodiscard]] QString SignatureText() const override { return Signature; }
+    [[nodiscard]] QString GetTailText() const override { return BuildTailText(Signature, Tail); }
+    void RemoveRecipientRows(const QStringList& keys) override {
+        Removed.append(keys);
+        for (const QString& key : keys) {
+            Keys.removeOne(key);
+        }
+    }
+    void Reset() override { ++Resets; }
+};
+
+QString Bytes(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? QString::fromLatin1(file.readAll()) : QString();
+}
+
+/// An office with a send in it: real outbox, real history file.
+class DispatchTest : public ::testing::Test {
+public:
+    TempOffice Office;
+    CodePage Page{1252};
+    ContactList Recipients;
+    mdlHistory History{Office.Files, Office.Folders, Office.Boxes, Page};
+    MessageTracker Tracker{Office.OutboxValues, Office.AppSettings, Office.Time};
+    TestComposition Sheet;
+    DispatchServices Services{Office.Outbox(), Recipients, History, Tracker, Office.Time};
+
+    DispatchTest() {
+        qputenv("COMPUTERNAME", "DESK7");
+        qputenv("USERNAME", "aoife");
+        Office.OutboxValues.MaxMessageSize = 160;
+        Sheet.Message = QStringLiteral("Hello");
+    }
+
+    Contact& AddRecipient(const QString& surname, const QString& firstnames, const QString& phone) {
+        Contact contact;
+        contact.SetID(static_cast<qint16>(Recipients.Count() + 1));
+        contact.Surname = surname;
+        contact.Firstnames = firstnames;
+        contact.PhoneNumber = phone;
+        Sheet.Keys.append(contact.Key);
+        return Recipients.Add(contact);
+    }
+    void AddRecipients(int count) {
+        for (int i = 1; i <= count; ++i) {
+            AddRecipient(QStringLiteral("S%1").arg(i), QStringLiteral("F%1").arg(i),
+                         QStringLiteral("+353%1").arg(i));
+        }
+    }
+    void Send(bool removeSent = true) { Dispatch::DoSend(Services, Sheet, Office.Time.Time, removeSent); }
+    [[nodiscard]] QStringList Column(const QString& name) {
+        QStringList values;
+        for (const QVariantMap& row : Office.MessageRows()) {
+            values.append(row.value(name).toString());
+        }
+        return values;
+    }
+    [[nodiscard]] QList<qint32> HistoryIDs() {
+        QList<qint32> ids;
+        for (const HistoryRecord& record : History.ReadHistory()) {
+            ids.append(record.MessageID);
+        }
+        return ids;
+    }
+};
+
+/// The same with an outbox that fails on demand. It gives the identities 1, 2, 3 ...
+class DispatchOnAFailingOutbox : public DispatchTest {
+public:
+    FakeEngine Engine;
+    OutboxServices FakeOutbox{Office.OutboxValues, Office.AppSettings, Office.Boxes,
+                              DBServices{Engine, Office.Time, Office.Pump, Office.Drives, Office.Folders}};
+    DispatchServices FakeServices{FakeOutbox, Recipients, History, Tracker, Office.Time};
+    int Inserts = 0;
+
+    DispatchOnAFailingOutbox() {
+        Office.OutboxValues.OutboxDB = std::make_unique<DB>(FakeOutbox.Database);
+        Engine.OnAttempt = [this](Operation operation) {
+            if (operation == Operation::Execute &&
+                Engine.Statements.last().startsWith(QStringLiteral("INSERT"))) {
+                ++Inserts;
+                Engine.Serve(QStringLiteral("@@IDENTITY"), {{QStringLiteral("ID")}, {{qint64{Inserts}}}});
+            }
+        };
+    }
+    void Send(bool removeSent = true) { Dispatch::DoSend(FakeServices, Sheet, Office.Time.Time, removeSent); }
+};
+
+}  // namespace
+
+TEST(Station, IsTheComputerAndTheUserInUpperCase) {
+    qputenv("COMPUTERNAME", "desk7");
+    qputenv("USERNAME", "aoife");
+    EXPECT_EQ(Dispatch::GetStation(), u"desk7\\AOIFE");
+}
+
+TEST(Station, HasAnEmptyPieceForAnUnsetVariable) {
+    qunsetenv("COMPUTERNAME");
+    qputenv("USERNAME", "aoife");
+    EXPECT_EQ(Dispatch::GetStation(), u"\\AOIFE");
+    qunsetenv("USERNAME");
+    EXPECT_EQ(Dispatch::GetStation(), u"\\");
+}
+
+class MergeFields : public ::testing::Test {
+public:
+    const QDateTime Day{QDate(2026, 3, 7), QTime(14, 30)};
+
+    [[nodiscard]] QString Merge(const QString& text, const QString& surname = QStringLiteral("Brennan"),
+                                const QString& firstnames = QStringLiteral("Aoife")) const {
+        return Dispatch::UpdateFields(text, surname, firstnames, Day);
+    }
+};
+
+TEST_F(MergeFields, AreReplacedEveryTimeTheyOccur) {
+    EXPECT_EQ(Merge(QStringLiteral("@FN @SN, @TD (@MN) @SN@FN")),
+              u"Aoife Brennan, 07.Mar (Mar) BrennanAoife");
+}
+
+TEST_F(MergeFields, AreCaseSensitive) {
+    EXPECT_EQ(Merge(QStringLiteral("@sn @Fn @td @mN")), u"@sn @Fn @td @mN");
+}
+
+TEST_F(MergeFields, TakeNamesWithoutTheirBlanks) {
+    EXPECT_EQ(Merge(QStringLiteral("[@FN][@SN]"), QStringLiteral(" Van Hel "), QStringLiteral("  ")),
+              u"[][Van Hel]");
+}
+
+TEST_F(MergeFields, InsideANameAreReplacedInTheirOrder) {
+    EXPECT_EQ(Merge(QStringLiteral("@SN"), QStringLiteral("@FN@TD")), u"Aoife07.Mar");
+    EXPECT_EQ(Merge(QStringLiteral("@FN"), QStringLiteral("x"), QStringLiteral("@SN")), u"@SN");
+    EXPECT_EQ(Merge(QStringLiteral("@SN"), QStringLiteral("@SN")), u"@SN");
+}
+
+TEST_F(MergeFields, LeaveTheFillInMarkAlone) {
+    EXPECT_EQ(Merge(QStringLiteral("at @? h")), u"at @? h");
+}
+
+TEST_F(MergeFields, TakeTheMonthInTheUsersLanguage) {
+    const QLocale before;
+    QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+    EXPECT_EQ(Merge(QStringLiteral("@TD")), u"07.Mär");
+    QLocale::setDefault(before);
+}
+
+TEST_F(DispatchTest, AnEmptyListReturnsAtOnce) {
+    Send();
+    EXPECT_TRUE(Office.MessageRows().isEmpty());
+    EXPECT_EQ(Sheet.Resets, 0);
+    EXPECT_TRUE(Sheet.Removed.isEmpty());
+}
+
+TEST_F(DispatchTest, ARowHasWhatWasComposed) {
+    AddRecipient(QStringLiteral("O'Neill"), QStringLiteral("Síle"), QStringLiteral("+353861234567"));
+    Sheet.Message = QStringLiteral("Dear @FN, see you.");
+    Sheet.Signature = QStringLiteral(" Ann ");
+    const QDateTime due(QDate(2026, 3, 9), QTime(8, 5, 30));
+    Dispatch::DoSend(Services, Sheet, due, true);
+    ASSERT_EQ(Office.MessageRows().size(), 1);
+    const QVariantMap row = Office.MessageRows().first();
+    EXPECT_EQ(row.value(QStringLiteral("msgRecipient")).toString(), u"Síle O'Neill");
+    EXPECT_EQ(row.value(QStringLiteral("msgAddress")).toString(), u"+353861234567");
+    EXPECT_EQ(row.value(QStringLiteral("msgText")).toString(), u"Dear Síle, see you. : Ann - Reception");
+    EXPECT_EQ(row.value(QStringLiteral("msgSignature")).toString(), u"Ann");
+    EXPECT_EQ(row.value(QStringLiteral("msgStation")).toString(), u"DESK7\\AOIFE");
+    EXPECT_EQ(row.value(QStringLiteral("msgBodyTextSize")).toInt(), 19);
+    EXPECT_EQ(row.value(QStringLiteral("msgStatus")).toInt(), 0);
+    EXPECT_TRUE(row.value(QStringLiteral("msgSendTime")).toString().startsWith(QStringLiteral("2026-03-09")));
+}
+
+TEST_F(DispatchTest, RowsAreWrittenInTheOrderOfTheList) {
+    AddRecipients(4);
+    Sheet.Keys.swapItemsAt(0, 2);
+    Send();
+    EXPECT_EQ(Column(QStringLiteral("msgRecipient")),
+              (QStringList{QStringLiteral("F3 S3"), QStringLiteral("F2 S2"), QStringLiteral("F1 S1"),
+                           QStringLiteral("F4 S4")}));
+}
+
+TEST_F(DispatchTest, HistoryAndTrackerHearOfEachRow) {
+    AddRecipients(2);
+    Sheet.Message = QStringLiteral("  Hello @FN  ");
+    Send();
+    const QList<HistoryRecord> history = History.ReadHistory();
+    ASSERT_EQ(history.size(), 2);
+    EXPECT_EQ(history[0].MessageID, 2) << "newest first";
+    EXPECT_EQ(history[0].Recipient, u"F2 S2");
+    EXPECT_EQ(history[0].Text, u"Hello @FN") << "the template, without the tail";
+    EXPECT_EQ(history[0].SendTime, Office.Time.Time);
+    EXPECT_EQ(Tracker.SlotAt(0).msgID, 1);
+    EXPECT_EQ(Tracker.SlotAt(0).recipient, u"F1 S1");
+    EXPECT_EQ(Tracker.SlotAt(0).number, u"+3531");
+    EXPECT_EQ(Tracker.SlotAt(0).text, u"Hello F1") << "merged, without the tail";
+    EXPECT_EQ(Tracker.SlotAt(1).msgID, 2);
+}
+
+TEST_F(DispatchTest, ATemplateWithLeadingBlanksIsSentTrimmed) {
+    AddRecipients(1);
+    Sheet.Message = QStringLiteral("   Hello @FN ");
+    Send();
+    EXPECT_EQ(Column(QStringLiteral("msgText")), QStringList{QStringLiteral("Hello F1  - Reception")});
+    EXPECT_EQ(Column(QStringLiteral("msgBodyTextSize")), QStringList{QStringLiteral("8")});
+}
+
+TEST_F(DispatchTest, APrivateNumberGoesToTheGatewayAndNotToTheTracker) {
+    AddRecipient(QStringLiteral("S"), QStringLiteral("F"), QStringLiteral("+353861234567")).IsPrivate = true;
+    Send();
+    EXPECT_EQ(Column(QStringLiteral("msgAddress")), QStringList{QStringLiteral("+353861234567")});
+    EXPECT_EQ(Tracker.SlotAt(0).number, u"(Private Number)");
+}
+
+TEST_F(DispatchTest, OneRecipientWhoseTextIsTooLongIsPassedOverAndStays) {
+    AddRecipient(QString(20, u'x'), QStringLiteral("F1"), QStringLiteral("+3531"));
+    AddRecipient(QStringLiteral("S2"), QStringLiteral("F2"), QStringLiteral("+3532"));
+    Sheet.Message = QStringLiteral("@SN") + QString(140, u'a');
+    Send();
+    EXPECT_EQ(Column(QStringLiteral("msgRecipient")), QStringList{QStringLiteral("F2 S2")});
+    EXPECT_EQ(Sheet.Keys, QStringList{QStringLiteral("C1")});
+    EXPECT_NE(Recipients.ContactByKey(QStringLiteral("C1")), nullptr);
+    EXPECT_EQ(Recipients.ContactByKey(QStringLiteral("C2")), nullptr);
+    EXPECT_EQ(Sheet.Resets, 0) << "the text stays for another attempt";
+    EXPECT_EQ(HistoryIDs(), QList<qint32>{1});
+}
+
+TEST_F(DispatchTest, ATextOfExactlyTheLargestSizeIsSentAndOneMoreIsNot) {
+    AddRecipients(1);
+    const auto tail = static_cast<int>(QStringLiteral("  - Reception").size());
+    Sheet.Message = QString(160 - tail + 1, u'a');
+    Send();
+    EXPECT_TRUE(Office.MessageRows().isEmpty());
+    Sheet.Message.chop(1);
+    Send();
+    ASSERT_EQ(Office.MessageRows().size(), 1);
+    EXPECT_EQ(Column(QStringLiteral("msgText")).first().size(), 160);
+}
+
+TEST_F(DispatchTest, ExtensionCharactersCountOnceHere) {
+    AddRecipients(1);
+    Sheet.Message = QString(100, u'[');
+    Send();
+    EXPECT_EQ(Office.MessageRows().size(), 1);
+    EXPECT_EQ(Column(QStringLiteral("msgBodyTextSize")), QStringList{QStringLiteral("100")});
+}
+
+TEST_F(DispatchTest, KeepingTheRecipientsLeavesListAndTextForTheNextSend) {
+    AddRecipients(3);
+    Send(false);
+    EXPECT_EQ(Office.MessageRows().size(), 3);
+    EXPECT_EQ(Sheet.Keys.size(), 3);
+    EXPECT_EQ(Recipients.Count(), 3);
+    EXPECT_TRUE(Sheet.Removed.isEmpty());
+    EXPECT_EQ(Sheet.Resets, 0);
+    EXPECT_EQ(Tracker.SlotAt(2).msgID, 3);
+    EXPECT_EQ(HistoryIDs(), (QList<qint32>{3, 2, 1}));
+}
+
+TEST_F(DispatchTest, AFullSendTakesTheRecipientsOutInOneBatchAndResetsOnce) {
+    AddRecipients(3);
+    Contact left;
+    left.Key = QStringLiteral("C99");
+    Recipients.Add(left);
+    Send();
+    EXPECT_EQ(Sheet.Removed,
+              (QList<QStringList>{{QStringLiteral("C1"), QStringLiteral("C2"), QStringLiteral("C3")}}));
+    EXPECT_EQ(Sheet.Resets, 1);
+    EXPECT_EQ(Recipients.Count(), 1) << "a contact without a row is no recipient";
+    EXPECT_FALSE(Office.OutboxDB().IsConnected());
+}
+
+TEST_F(DispatchTest, AScheduledMessageShowsTheDayItWasWritten) {
+    AddRecipients(1);
+    Sheet.Message = QStringLiteral("@TD @MN");
+    Dispatch::DoSend(Services, Sheet, Office.Time.Time.addMonths(2), true);
+    EXPECT_TRUE(Column(QStringLiteral("msgText")).first().startsWith(QStringLiteral("07.Mar Mar ")));
+    EXPECT_TRUE(Column(QStringLiteral("msgSendTime")).first().startsWith(QStringLiteral("2026-05-07")));
+    EXPECT_EQ(History.ReadHistory().first().SendTime, Office.Time.Time.addMonths(2));
+}
+
+TEST_F(DispatchTest, TrackingThatIsOffDoesNotStopTheSend) {
+    Tracker.SetEnabled(false);
+    AddRecipients(2);
+    Send();
+    EXPECT_EQ(Office.MessageRows().size(), 2);
+    EXPECT_EQ(Tracker.SlotAt(0).msgID, 0);
+}
+
+TEST_F(DispatchTest, AnOutboxThatCannotBeOpenedIsToldAndLeavesTheComposition) {
+    AddRecipients(2);
+    ASSERT_TRUE(QFile::remove(Office.OutboxPath()));
+    Office.Boxes.Expect();
+    Send();
+    ASSERT_EQ(Office.Boxes.Shown.size(), 1);
+    const BoxRequest& box = Office.Boxes.Shown.first();
+    EXPECT_EQ(box.Title, u"Larkspan Messenger");
+    EXPECT_EQ(box.Text, QStringLiteral("Could not open Outbox Database\r\n") + Office.OutboxDB().LastError());
+    EXPECT_TRUE(box.Text.contains(QStringLiteral("SQL:3024")));
+    EXPECT_EQ(box.Icon, BoxIcon::Critical);
+    EXPECT_EQ(box.Buttons, BoxButtons::Ok);
+    EXPECT_EQ(Sheet.Keys.size(), 2);
+    EXPECT_EQ(Recipients.Count(), 2);
+    EXPECT_TRUE(HistoryIDs().isEmpty());
+    EXPECT_EQ(Tracker.SlotAt(0).msgID, 0);
+}
+
+TEST_F(DispatchTest, WithoutAnOutboxTheBoxComesToo) {
+    AddRecipients(1);
+    Office.OutboxValues.OutboxDB.reset();
+    Office.Boxes.Expect();
+    Send();
+    EXPECT_EQ(Office.Boxes.Shown.first().Text, u"Could not open Outbox Database\r\n");
+    EXPECT_EQ(Sheet.Keys.size(), 1);
+}
+
+TEST_F(DispatchTest, AnIdentityBeyondSixteenBitsStopsTheSendAfterTheRowWasWritten) {
+    Office.AddMessageRow({{QStringLiteral("msgID"), 32766},
+                          {QStringLiteral("msgRecipient"), QStringLiteral("x")},
+                          {QStringLiteral("msgAddress"), QStringLiteral("x")},
+                          {QStringLiteral("msgText"), QStringLiteral("x")},
+                          {QStringLiteral("msgSendTime"), Office.Time.Time}});
+    AddRecipients(3);
+    EXPECT_THROW(Send(), OverflowError);
+    EXPECT_EQ(Column(QStringLiteral("msgID")),
+              (QStringList{QStringLiteral("32766"), QStringLiteral("32767"), QStringLiteral("32768")}));
+    EXPECT_EQ(HistoryIDs(), QList<qint32>{32767});
+    EXPECT_EQ(Tracker.SlotAt(0).msgID, 32767);
+    EXPECT_EQ(Tracker.SlotAt(1).msgID, 0);
+    EXPECT_EQ(Sheet.Keys.size(), 3);
+    EXPECT_EQ(Recipients.Count(), 3);
+    EXPECT_TRUE(Office.OutboxDB().IsConnected()) << "open until the next OpenDatabase";
+    EXPECT_TRUE(Office.OutboxDB().OpenDatabase(engine::Mode::ReadShared));
+}
+
+TEST_F(DispatchTest, ARecipientWithoutAContactStopsTheSendWhereItStands) {
+    AddRecipients(3);
+    Recipients.RemoveByKey(QStringLiteral("C2"));
+    EXPECT_THROW(Send(), std::out_of_range);
+    EXPECT_EQ(Column(QStringLiteral("msgRecipient")), QStringList{QStringLiteral("F1 S1")});
+    EXPECT_EQ(HistoryIDs(), QList<qint32>{1});
+    EXPECT_EQ(Sheet.Keys.size(), 3);
+    EXPECT_TRUE(Sheet.Removed.isEmpty());
+    EXPECT_TRUE(Office.OutboxDB().IsConnected());
+}
+
+TEST_F(DispatchTest, AFullDiskOfTheWorkstationDoesNotStopTheSend) {
+    AddRecipients(3);
+    Office.Files.WritesLeft = 2;  // history and log of the first row
+    Send();
+    EXPECT_EQ(Office.MessageRows().size(), 3);
+    EXPECT_EQ(HistoryIDs(), QList<qint32>{1});
+    EXPECT_EQ(Tracker.SlotAt(2).msgID, 3);
+    EXPECT_EQ(Sheet.Resets, 1);
+}
+
+TEST_F(DispatchTest, TheLogHasALineForEachRow) {
+    AddRecipients(2);
+    Send();
+    EXPECT_EQ(Bytes(Office.Folders.ApplicationFolder() + QStringLiteral("messagelog.sms")),
+              u"1,20260307143015,\"F1 S1\",\"Hello\"\r\n2,20260307143015,\"F2 S2\",\"Hello\"\r\n");
+}
+
+TEST_F(DispatchOnAFailingOutbox, TheOutboxIsOpenedForWritingOnceAndClosedAtTheEnd) {
+    AddRecipients(3);
+    Send();
+    EXPECT_EQ(Engine.Modes, QList<qint32>{19});
+    EXPECT_EQ(Engine.OpenConnections, 0);
+    EXPECT_EQ(Inserts, 3);
+}
+
+TEST_F(DispatchOnAFailingOutbox, AnEmptyListDoesNotOpenTheOutbox) {
+    Send();
+    EXPECT_EQ(Engine.Attempts(Operation::Open), 0);
+}
+
+TEST_F(DispatchOnAFailingOutbox, AnInsertThatFailsIsToldAndTheLoopGoesOn) {
+    AddRecipients(3);
+    // Executes: insert, identity, insert ...: the third is the second recipient's insert.
+    Engine.Fail(Operation::Execute, engine::Number::DiskFull, 3, 3);
+    Office.Boxes.Expect();
+    Send();
+    EXPECT_TRUE(Office.Boxes.Shown.first().Text.startsWith(QStringLiteral("Insert Message Failed\r\n")));
+    EXPECT_EQ(Sheet.Keys, QStringList{QStringLiteral("C2")});
+    EXPECT_NE(Recipients.ContactByKey(QStringLiteral("C2")), nullptr);
+    EXPECT_EQ(Recipients.Count(), 1);
+    EXPECT_EQ(HistoryIDs(), (QList<qint32>{3, 1}));
+    EXPECT_EQ(Tracker.SlotAt(0).msgID, 1);
+    EXPECT_EQ(Tracker.SlotAt(1).msgID, 3);
+    EXPECT_EQ(Sheet.Resets, 0);
+    EXPECT_EQ(Engine.OpenConnections, 0);
+}
+
+TEST_F(DispatchOnAFailingOutbox, AnIdentityThatCannotBeReadLeavesTheRecipientUntracked) {
+    AddRecipients(2);
+    Engine.Fail(Operation::Execute, engine::Number::DiskFull, 2, 2);
+    Office.Boxes.Expect();
+    Send();
+    EXPECT_TRUE(
+        Office.Boxes.Shown.first().Text.startsWith(QStringLiteral("Could not retrieve Message ID\r\n")));
+    EXPECT_EQ(Sheet.Keys, QStringList{QStringLiteral("C1")});
+    EXPECT_EQ(HistoryIDs(), QList<qint32>{2});
+}
+
+TEST_F(DispatchOnAFailingOutbox, WithNothingWrittenNothingIsRemoved) {
+    AddRecipients(2);
+    Engine.Fail(Operation::Execute, engine::Number::ReadOnly);
+    Office.Boxes.Expect();
+    Office.Boxes.Expect();
+    Send();
+    EXPECT_EQ(Sheet.Keys.size(), 2);
+    EXPECT_EQ(Recipients.Count(), 2);
+    EXPECT_EQ(Sheet.Resets, 0);
+    EXPECT_TRUE(HistoryIDs().isEmpty());
+    EXPECT_EQ(Tracker.SlotAt(0).msgID, 0);
+}
+
+TEST_F(DispatchOnAFailingOutbox, EachRowIsInTheHistoryBeforeTheNextIsWritten) {
+    AddRecipients(3);
+    const auto count = Engine.OnAttempt;
+    QList<qsizetype> before;
+    Engine.OnAttempt = [&](Operation operation) {
+        if (operation == Operation::Execute &&
+            Engine.Statements.last().startsWith(QStringLiteral("INSERT"))) {
+            before.append(History.ReadHistory().size());
+        }
+        count(operation);
+    };
+    Send();
+    EXPECT_EQ(before, (QList<qsizetype>{0, 1, 2}));
+}
+
+TEST_F(DispatchOnAFailingOutbox, ALockedOutboxIsTriedAgainWithOneRowInTheEnd) {
+    AddRecipients(2);
+    Engine.Fail(Operation::Execute, engine::Number::LockedByAnother, 1, 2);
+    Send();
+    EXPECT_EQ(HistoryIDs().size(), 2);
+    EXPECT_EQ(Sheet.Resets, 1);
+    EXPECT_EQ(Office.Time.Sleeps.size(), 2);
+}
+
+TEST_F(DispatchOnAFailingOutbox, AListThatChangesDuringARetryDoesNotChangeWhoIsSentTo) {
+    AddRecipients(2);
+    Engine.Fail(Operation::Execute, engine::Number::LockedByAnother, 1, 1);
+    bool isFirst = true;
+    Office.Pump.OnProcess = [&](int) {
+        if (std::exchange(isFirst, false)) {
+            Sheet.Message = QStringLiteral("something else");
+            Sheet.Keys = {QStringLiteral("C2"), QStringLiteral("C1")};
+            AddRecipient(QStringLiteral("S3"), QStringLiteral("F3"), QStringLiteral("+3533"));
+        }
+    };
+    Send();
+    EXPECT_EQ(Sheet.Keys, QStringList{QStringLiteral("C3")});
+    EXPECT_EQ(Recipients.Count(), 1);
+    EXPECT_EQ(History.ReadHistory().first().Text, u"Hello");
+    EXPECT_EQ(Sheet.Resets, 0);
+    EXPECT_EQ(HistoryIDs().size(), 2);
+}
+
+TEST_F(DispatchOnAFailingOutbox, AContactThatGoesDuringItsOwnRetryIsSentAndItsRowIsTakenOut) {
+    AddRecipients(1);
+    Engine.Fail(Operation::Execute, engine::Number::LockedByAnother, 1, 1);
+    Office.Pump.OnProcess = [&](int) { Recipients.Clear(); };
+    Send();
+    EXPECT_EQ(Tracker.SlotAt(0).recipient, u"F1 S1");
+    EXPECT_EQ(Sheet.Removed, QList<QStringList>{{QStringLiteral("C1")}});
+    EXPECT_EQ(Sheet.Resets, 1);
+}

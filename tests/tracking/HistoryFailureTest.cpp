@@ -1,0 +1,149 @@
+#include "tracking/HistoryFixture.h"
+
+#include <QDir>
+
+#include <csignal>
+
+#include <sys/resource.h>
+
+namespace {
+
+/// No file of this process grows beyond `bytes` while this lives: a write then stops short, as on a full
+/// disk.
+class FullDisk {
+public:
+    explicit FullDisk(rlim_t bytes) : m_handler(std::signal(SIGXFSZ, SIG_IGN)) {
+        getrlimit(RLIMIT_FSIZE, &m_before);
+        const rlimit limit{bytes, m_before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FullDisk() {
+        setrlimit(RLIMIT_FSIZE, &m_before);
+        std::signal(SIGXFSZ, m_handler);
+    }
+    FullDisk(const FullDisk&) = delete;
+    FullDisk& operator=(const FullDisk&) = delete;
+
+private:
+    rlimit m_before{};
+    void (*m_handler)(int);
+};
+
+/// The history of a workstation on which writes fail: three messages are in it.
+class HistoryFailureTest : public HistoryFixture {
+public:
+    HistoryFailureTest() {
+        for (qint32 id = 1; id <= 3; ++id) {
+            Add(id);
+        }
+        m_history = Bytes(HistoryPath());
+        m_log = Bytes(LogPath());
+    }
+
+    [[nodiscard]] const QByteArray& OldHistory() const { return m_history; }
+    [[nodiscard]] const QByteArray& OldLog() const { return m_log; }
+    [[nodiscard]] QList<qint32> IDs() {
+        QList<qint32> ids;
+        for (const HistoryRecord& record : History.ReadHistory()) {
+            ids.append(record.MessageID);
+        }
+        return ids;
+    }
+
+private:
+    QByteArray m_history;
+    QByteArray m_log;
+};
+
+}  // namespace
+
+TEST_F(HistoryFailureTest, NoWriteSucceedsAndBothFilesStayAsTheyWere) {
+    Files.WritesLeft = 0;
+    Add(4);
+    EXPECT_EQ(Bytes(HistoryPath()), OldHistory());
+    EXPECT_EQ(Bytes(LogPath()), OldLog());
+    Files.WritesLeft = -1;
+    Add(5);
+    EXPECT_EQ(IDs(), (QList<qint32>{5, 3, 2, 1}));
+}
+
+TEST_F(HistoryFailureTest, OnlyTheLogCannotBeWrittenAndTheHistoryHasTheMessage) {
+    Files.WritesLeft = 1;
+    Add(4);
+    EXPECT_EQ(IDs(), (QList<qint32>{4, 3, 2, 1}));
+    EXPECT_EQ(Bytes(LogPath()), OldLog());
+}
+
+TEST_F(HistoryFailureTest, OnlyTheHistoryCannotBeWrittenAndTheLogGainsItsLine) {
+    QFile::remove(HistoryPath());
+    QDir().mkdir(HistoryPath());  // what stands there cannot be replaced by a file
+    Add(4);
+    EXPECT_TRUE(QFileInfo(HistoryPath()).isDir());
+    EXPECT_TRUE(Bytes(LogPath()).startsWith(OldLog()));
+    EXPECT_TRUE(Bytes(LogPath()).endsWith("\r\n4,20260307120000,\"Aoife Brennan\",\"Hello\"\r\n"));
+}
+
+TEST_F(HistoryFailureTest, AFullDiskLeavesTheOldFilesWholeAtEveryByte) {
+    const QByteArray newLine = QByteArrayLiteral("4,20260307120000,\"Aoife Brennan\",\"Hello\"\r\n");
+    const auto logSize = static_cast<rlim_t>(OldLog().size());
+    for (const rlim_t room :
+         {rlim_t{0}, rlim_t{1}, logSize, logSize + 1, logSize + 20, rlim_t{1069}, rlim_t{4275}}) {
+        Write(HistoryPath(), OldHistory());
+        Write(LogPath(), OldLog());
+        {
+            const FullDisk full(room);
+            Add(4);
+        }
+        EXPECT_EQ(Bytes(HistoryPath()), OldHistory()) << "room for " << room;
+        const bool hasRoomForLine = room >= logSize + static_cast<rlim_t>(newLine.size());
+        EXPECT_EQ(Bytes(LogPath()), hasRoomForLine ? OldLog() + newLine : OldLog()) << "room for " << room;
+    }
+    {
+        const FullDisk full(4276);
+        Add(4);
+    }
+    EXPECT_EQ(IDs(), (QList<qint32>{4, 3, 2, 1}));
+}
+
+TEST_F(HistoryFailureTest, AFullDiskLeavesNothingBesideTheFiles) {
+    const QStringList before = QDir(Folders.Root.path()).entryList(QDir::Files | QDir::Hidden);
+    {
+        const FullDisk full(100);
+        Add(4);
+    }
+    EXPECT_EQ(QDir(Folders.Root.path()).entryList(QDir::Files | QDir::Hidden), before);
+}
+
+TEST_F(HistoryFailureTest, AFileThatCannotBeReadNowKeepsItsRecords) {
+    Files.IsReadFailing = true;
+    EXPECT_TRUE(History.ReadHistory().isEmpty());
+    Add(4);
+    EXPECT_EQ(Bytes(HistoryPath()), OldHistory());
+    EXPECT_EQ(Bytes(LogPath()).count("\r\n"), 4);
+    Files.IsReadFailing = false;
+    EXPECT_EQ(IDs(), (QList<qint32>{3, 2, 1}));
+}
+
+TEST_F(HistoryFailureTest, ACorruptFileThatCannotBeDeletedIsToldEachTime) {
+    Write(HistoryPath(), QByteArray(1070, 'x'));
+    Files.WritesLeft = 0;
+    Boxes.Expect();
+    EXPECT_TRUE(History.ReadHistory().isEmpty());
+    Boxes.Expect();
+    Add(4);
+    EXPECT_EQ(Bytes(HistoryPath()).size(), 1070);
+}
+
+TEST_F(HistoryFailureTest, ClearingThatCannotDeleteLeavesAllAsItWas) {
+    Files.WritesLeft = 0;
+    History.ClearHistory();
+    EXPECT_EQ(Bytes(HistoryPath()), OldHistory());
+    EXPECT_EQ(Bytes(LogPath()), OldLog());
+}
+
+TEST_F(HistoryFailureTest, ClearingThatCannotCreateLeavesAnEmptyHistory) {
+    Files.WritesLeft = 1;
+    History.ClearHistory();
+    EXPECT_FALSE(QFile::exists(HistoryPath()));
+    EXPECT_TRUE(History.ReadHistory().isEmpty());
+}
