@@ -3,9 +3,17 @@
 #include "store/engine/sqlite/OfficeFiles.h"
 #include "support/RawDatabase.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <QStringList>
 
 namespace {
+
+QString DataFolderTemplate() {
+    const QString inMemory = QStringLiteral("/dev/shm");
+    return (QFileInfo(inMemory).isWritable() ? inMemory : QDir::tempPath()) +
+           QStringLiteral("/larkspan-office-XXXXXX");
+}
 
 QString NextApplicationName() {
     static int count = 0;
@@ -31,7 +39,8 @@ QString Literal(const QVariant& value) {
 }  // namespace
 
 TempOffice::TempOffice()
-    : m_outbox{OutboxValues, AppSettings, Boxes, Database()},
+    : DataFolder(DataFolderTemplate()),
+      m_outbox{OutboxValues, AppSettings, Boxes, Database()},
       m_phonebook{PhonebookValues, AppSettings, Boxes, Database(), {}} {
     OfficeFiles::CreateOutboxFile(OutboxPath());
     OfficeFiles::CreatePhonebookFile(PhonebookPath());

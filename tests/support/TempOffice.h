@@ -20,6 +20,8 @@ class TempOffice {
 public:
     TempOffice();
 
+    /// In memory where the machine has a folder for that: every commit waits for the disk, and there are
+    /// thousands.
     QTemporaryDir DataFolder;
     FakeClock Time;
     engine::FileConnectionFactory FileEngine{Time};
