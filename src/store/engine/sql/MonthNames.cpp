@@ -29,9 +29,8 @@ QStringView WithoutDot(QStringView name) {
 
 }  // namespace
 
-MonthNames::MonthNames(const QLocale& locale)
-    : m_isEnglish(locale.language() == QLocale::English || locale.language() == QLocale::C) {
-    if (m_isEnglish) {
+MonthNames::MonthNames(const QLocale& locale) {
+    if (locale.language() == QLocale::English || locale.language() == QLocale::C) {
         return;
     }
     for (int month = 1; month <= 12; ++month) {
@@ -54,10 +53,10 @@ MonthNames::MonthNames(const QLocale& locale)
 
 int MonthNames::Find(QStringView name) const {
     const QStringView bare = WithoutDot(name);
-    if (m_isEnglish) {
-        return FindEnglish(bare);
+    int found = FindEnglish(bare);
+    if (found != 0) {
+        return found;
     }
-    int found = 0;
     for (std::size_t month = 0; month < m_names.size(); ++month) {
         if (m_names[month].contains(bare, Qt::CaseInsensitive)) {
             if (found != 0) {
@@ -66,7 +65,7 @@ int MonthNames::Find(QStringView name) const {
             found = static_cast<int>(month) + 1;
         }
     }
-    return found != 0 ? found : FindEnglish(bare);
+    return found;
 }
 
 }  // namespace engine::sql

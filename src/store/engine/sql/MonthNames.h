@@ -8,9 +8,10 @@
 
 namespace engine::sql {
 
-/// The names of months as dates in statements spell them: in the user's language as this program writes them,
-/// in full or short, and in English (at least three letters). Case and a closing dot do not matter. What the
-/// user's language says comes first: "mar" is November in Finnish.
+/// The names of months as dates in statements spell them: in English (at least the first three letters) or in
+/// the user's language as this program writes them, in full or short. Case and a closing dot do not matter.
+/// English comes first, because that is what this program's own statements are written in: "mar" is March in
+/// Finnish too.
 class MonthNames {
 public:
     explicit MonthNames(const QLocale& locale);
@@ -18,8 +19,7 @@ public:
     [[nodiscard]] int Find(QStringView name) const;
 
 private:
-    std::array<QStringList, 12> m_names;  // empty for English
-    bool m_isEnglish;
+    std::array<QStringList, 12> m_names;  // of the user's language; empty for English
 };
 
 }  // namespace engine::sql

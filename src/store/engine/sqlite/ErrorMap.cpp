@@ -42,6 +42,10 @@ bool IsBeforeCommit(int code) {
     }
 }
 
+bool IsNoSpace(int systemError) {
+    return systemError == ENOSPC || systemError == EDQUOT || systemError == EFBIG;
+}
+
 int ForInputOutput(int code, Doing doing, int systemError) {
     if (code == SQLITE_IOERR_NOMEM) {
         return Number::SystemResources;
@@ -49,12 +53,28 @@ int ForInputOutput(int code, Doing doing, int systemError) {
     if (code == SQLITE_IOERR_CORRUPTFS || code == SQLITE_IOERR_DATA) {
         return Number::Damaged;
     }
-    if (systemError == ENOSPC || systemError == EDQUOT || systemError == EFBIG) {
+    if (IsNoSpace(systemError)) {
         return Number::DiskFull;
     }
     const bool isWriting =
         doing == Doing::Insert || doing == Doing::Update || doing == Doing::Delete || doing == Doing::Commit;
     return isWriting && !IsBeforeCommit(code) ? Number::OutcomeUnknown : Number::DiskOrNetworkError;
+}
+
+/// What the machine said last about the database file or its journal. SQLite itself knows a full disk only,
+/// not a used up quota, and by the time it reports that, its rollback may have had errors of its own.
+int SystemErrorOf(sqlite3* database) {
+    int systemError = 0;
+    sqlite3_file_control(database, nullptr, SQLITE_FCNTL_LAST_ERRNO, &systemError);
+    if (IsNoSpace(systemError)) {
+        return systemError;
+    }
+    sqlite3_file* journal = nullptr;
+    sqlite3_file_control(database, nullptr, SQLITE_FCNTL_JOURNAL_POINTER, &journal);
+    if (journal != nullptr && journal->pMethods != nullptr) {
+        journal->pMethods->xFileControl(journal, SQLITE_FCNTL_LAST_ERRNO, &systemError);
+    }
+    return IsNoSpace(systemError) ? systemError : sqlite3_system_errno(database);
 }
 
 }  // namespace
@@ -97,7 +117,7 @@ int NumberFor(int code, Doing doing, int systemError) {
 }
 
 void ThrowFailure(sqlite3* database, int code, Doing doing) {
-    const int systemError = database != nullptr ? sqlite3_system_errno(database) : 0;
+    const int systemError = database != nullptr ? SystemErrorOf(database) : 0;
     const char* message = database != nullptr ? sqlite3_errmsg(database) : sqlite3_errstr(code);
     throw Failure(NumberFor(code, doing, systemError), QString::fromUtf8(message), code);
 }

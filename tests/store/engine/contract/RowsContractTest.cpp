@@ -1,0 +1,407 @@
+#include "store/engine/contract/ContractTest.h"
+
+#include <QDateTime>
+
+namespace {
+
+using engine::CursorType;
+using engine::LockType;
+
+class RowsContractTest : public ContractTest {
+protected:
+    static QString Contact(const QString& surname) {
+        return QStringLiteral(
+                   "INSERT INTO Contact (cntSurname, cntFirstnames, cntConfirmSend) VALUES ('%1', 'Ann', "
+                   "TRUE)")
+            .arg(surname);
+    }
+    static QString Group(const QString& name) {
+        return QStringLiteral("INSERT INTO ContactGroup (grpName) VALUES ('%1')").arg(name);
+    }
+    static std::unique_ptr<engine::Recordset> Writable(engine::Connection& connection, const QString& sql) {
+        return connection.OpenRecordset(sql, CursorType::Dynamic, LockType::Optimistic);
+    }
+};
+
+// --- reading ---
+
+TEST_P(RowsContractTest, RowsComeOneByOneAndThenEndOfFile) {
+    auto connection = Outbox();
+    AddMessage(*connection, QStringLiteral("one"));
+    AddMessage(*connection, QStringLiteral("two"));
+    const auto rows = Rows(*connection, QStringLiteral("SELECT * FROM Message ORDER BY msgID"));
+    EXPECT_FALSE(rows->EndOfFile());
+    EXPECT_EQ(rows->Value(u"msgText"), QVariant(QStringLiteral("one")));
+    rows->MoveNext();
+    EXPECT_EQ(rows->Value(u"msgText"), QVariant(QStringLiteral("two")));
+    rows->MoveNext();
+    EXPECT_TRUE(rows->EndOfFile());
+    EXPECT_THROW(rows->MoveNext(), engine::Failure);
+    EXPECT_THROW(Q_UNUSED(rows->Value(u"msgText")), engine::Failure);
+}
+
+TEST_P(RowsContractTest, AnEmptyResultHasItsFieldsAndNoRow) {
+    auto connection = Outbox();
+    const auto rows = Rows(*connection, QStringLiteral("SELECT msgID, msgText AS [The Text] FROM Message"));
+    EXPECT_TRUE(rows->EndOfFile());
+    ASSERT_EQ(rows->FieldCount(), 2);
+    EXPECT_EQ(rows->FieldName(0), QStringLiteral("msgID"));
+    EXPECT_EQ(rows->FieldName(1), QStringLiteral("The Text"));
+}
+
+TEST_P(RowsContractTest, FieldNamesHaveNoRegardToCase) {
+    auto connection = Outbox();
+    AddMessage(*connection, QStringLiteral("one"));
+    const auto rows = Rows(*connection, QStringLiteral("SELECT MSGid, MsgText FROM mESSAGE"));
+    EXPECT_EQ(rows->FieldIndex(u"msgtext"), 1);
+    EXPECT_EQ(rows->Value(u"MSGTEXT"), QVariant(QStringLiteral("one")));
+    EXPECT_TRUE(engine::FieldExists(rows.get(), u"msgid"));
+    EXPECT_FALSE(engine::FieldExists(rows.get(), u"msgStatus"));
+    EXPECT_EQ(rows->FieldIndex(u"msgStatus"), -1);
+}
+
+TEST_P(RowsContractTest, AnUnknownFieldIs3265) {
+    auto connection = Outbox();
+    AddMessage(*connection, QStringLiteral("one"));
+    const auto rows = Rows(*connection, QStringLiteral("SELECT * FROM Message"));
+    for (const auto& step : std::initializer_list<std::function<void()>>{
+             [&] { Q_UNUSED(rows->Value(u"nothing")); }, [&] { Q_UNUSED(rows->Value(-1)); },
+             [&] { Q_UNUSED(rows->Value(rows->FieldCount())); }, [&] { Q_UNUSED(rows->FieldName(99)); }}) {
+        try {
+            step();
+            ADD_FAILURE() << "did not fail";
+        } catch (const engine::Failure& failure) {
+            EXPECT_EQ(failure.Item().SQLState, QStringLiteral("3265"));
+        }
+    }
+}
+
+TEST_P(RowsContractTest, AClosedRecordsetGivesNothing) {
+    auto connection = Outbox();
+    const auto rows = Rows(*connection, QStringLiteral("SELECT * FROM System"));
+    rows->Close();
+    EXPECT_THROW(Q_UNUSED(rows->EndOfFile()), engine::Failure);
+    EXPECT_THROW(Q_UNUSED(rows->Value(0)), engine::Failure);
+    EXPECT_THROW(rows->Close(), engine::Failure);
+    EXPECT_FALSE(engine::FieldExists(rows.get(), u"sysSMSMaxMessageSize"));
+}
+
+TEST_P(RowsContractTest, RowsOutliveTheirConnection) {
+    auto connection = Outbox();
+    AddMessage(*connection, QStringLiteral("one"));
+    const auto rows = connection->OpenRecordset(QStringLiteral("SELECT * FROM Message"), CursorType::Static,
+                                                LockType::BatchOptimistic);
+    rows->Disconnect();
+    connection.reset();
+    EXPECT_EQ(rows->Value(u"msgText"), QVariant(QStringLiteral("one")));
+}
+
+TEST_P(RowsContractTest, ValuesComeBackAsWhatTheirColumnsAre) {
+    auto connection = Outbox();
+    Execute(
+        *connection,
+        QStringLiteral("INSERT INTO Message (msgText, msgSendTime, msgComplete, msgStatus, msgTariff) VALUES "
+                       "('t', #31/December/1999 23:59:58#, TRUE, 5, 7.25)"));
+    const auto rows = Rows(*connection, QStringLiteral("SELECT * FROM Message"));
+    EXPECT_EQ(rows->Value(u"msgText"), QVariant(QStringLiteral("t")));
+    EXPECT_EQ(rows->Value(u"msgSendTime"), QVariant(QDateTime(QDate(1999, 12, 31), QTime(23, 59, 58))));
+    EXPECT_EQ(rows->Value(u"msgComplete"), QVariant(true));
+    EXPECT_EQ(rows->Value(u"msgComplete").typeId(), QMetaType::Bool);
+    EXPECT_EQ(rows->Value(u"msgStatus").typeId(), QMetaType::LongLong);
+    EXPECT_EQ(rows->Value(u"msgTariff"), QVariant(7.25));
+    EXPECT_TRUE(rows->Value(u"msgDeliveryTime").isNull());
+    EXPECT_TRUE(rows->Value(u"msgErrorReason").isNull());
+}
+
+TEST_P(RowsContractTest, ADateWithoutATimeIsItsMidnight) {
+    auto connection = Outbox();
+    Execute(*connection, QStringLiteral("INSERT INTO Message (msgSendTime) VALUES (#29/Feb/2024#)"));
+    EXPECT_EQ(Value(*connection, QStringLiteral("SELECT msgSendTime FROM Message")),
+              QVariant(QDateTime(QDate(2024, 2, 29), QTime(0, 0))));
+}
+
+TEST_P(RowsContractTest, ANewMessageHasStatusZeroAndIsNotComplete) {
+    auto connection = Outbox();
+    AddMessage(*connection, QStringLiteral("one"));
+    const auto rows = Rows(*connection, QStringLiteral("SELECT msgStatus, msgComplete FROM Message"));
+    EXPECT_EQ(rows->Value(u"msgStatus"), QVariant(0));
+    EXPECT_EQ(rows->Value(u"msgComplete"), QVariant(false));
+}
+
+// --- changing ---
+
+TEST_P(RowsContractTest, ExecuteCountsTheRowsItChanged) {
+    auto connection = Outbox();
+    for (int i = 0; i < 3; ++i) {
+        AddMessage(*connection, QStringLiteral("x"));
+    }
+    EXPECT_EQ(Execute(*connection, QStringLiteral("UPDATE Message SET msgStatus = 1 WHERE msgID < 3")), 2);
+    EXPECT_EQ(Execute(*connection, QStringLiteral("UPDATE Message SET msgStatus = 1 WHERE msgID = 77")), 0);
+    EXPECT_EQ(Execute(*connection, QStringLiteral("DELETE FROM Message")), 3);
+}
+
+TEST_P(RowsContractTest, DeletingAGroupCountsTheGroupAloneAndTakesItsMembersAlong) {
+    auto connection = Phonebook();
+    Execute(*connection, Contact(QStringLiteral("A")));
+    Execute(*connection, Group(QStringLiteral("G")));
+    Execute(*connection, QStringLiteral("INSERT INTO GroupMember (grpID, cntID) VALUES (1, 1)"));
+    EXPECT_EQ(FailureOf(*connection, QStringLiteral("INSERT INTO GroupMember (grpID, cntID) VALUES (1, 1)")),
+              engine::Number::DuplicateKey);
+    EXPECT_EQ(Execute(*connection, QStringLiteral("DELETE FROM ContactGroup WHERE grpID = 1")), 1);
+    EXPECT_EQ(Value(*connection, QStringLiteral("SELECT Count(*) FROM GroupMember")), QVariant(0));
+}
+
+TEST_P(RowsContractTest, TheIdentityIsThatOfTheSameConnection) {
+    auto first = Outbox();
+    auto second = Outbox();
+    EXPECT_EQ(Value(*first, QStringLiteral("SELECT @@IDENTITY AS ID")), QVariant(0));
+    AddMessage(*first, QStringLiteral("one"));
+    AddMessage(*second, QStringLiteral("two"));
+    EXPECT_EQ(Value(*first, QStringLiteral("SELECT @@IDENTITY AS ID")), QVariant(1));
+    EXPECT_EQ(Value(*second, QStringLiteral("SELECT @@IDENTITY AS ID")), QVariant(2));
+}
+
+TEST_P(RowsContractTest, AFailedInsertLeavesTheIdentityAsItWas) {
+    auto connection = Phonebook();
+    Execute(*connection, Group(QStringLiteral("one")));
+    EXPECT_EQ(FailureOf(*connection, Group(QStringLiteral("ONE"))), engine::Number::DuplicateKey);
+    EXPECT_EQ(Value(*connection, QStringLiteral("SELECT @@IDENTITY AS ID")), QVariant(1));
+}
+
+TEST_P(RowsContractTest, ARecordNumberNeverComesBack) {
+    auto connection = Outbox();
+    AddMessage(*connection, QStringLiteral("one"));
+    Execute(*connection, QStringLiteral("DELETE FROM Message"));
+    AddMessage(*connection, QStringLiteral("two"));
+    EXPECT_EQ(Value(*connection, QStringLiteral("SELECT msgID FROM Message")), QVariant(2));
+}
+
+TEST_P(RowsContractTest, WhatIsWrongWithAStatementHasItsNumber) {
+    auto outbox = Outbox();
+    auto phonebook = Phonebook();
+    EXPECT_EQ(FailureOf(*outbox, QStringLiteral("SELECT * FROM Nothing")), 3078);
+    EXPECT_EQ(FailureOf(*outbox, QStringLiteral("DELETE FROM Nothing")), 3078);
+    EXPECT_EQ(FailureOf(*outbox, QStringLiteral("INSERT INTO Nothing (a) VALUES (1)")), 3078);
+    EXPECT_EQ(FailureOf(*outbox, QStringLiteral("UPDATE Nothing SET a = 1")), 3078);
+    EXPECT_EQ(FailureOf(*outbox, QStringLiteral("SELECT nothing FROM Message")), 3061);
+    EXPECT_EQ(FailureOf(*outbox, QStringLiteral("SELECT msgID FROM Message WHERE nothing = 1")), 3061);
+    EXPECT_EQ(FailureOf(*outbox, QStringLiteral("UPDATE Message SET nothing = 1")), 3061);
+    EXPECT_EQ(FailureOf(*outbox, QStringLiteral("INSERT INTO Message (nothing) VALUES (1)")), 3061);
+    EXPECT_EQ(FailureOf(*outbox, QStringLiteral("SELECT Contact.msgID FROM Message")), 3061);
+    EXPECT_EQ(FailureOf(*phonebook, QStringLiteral("INSERT INTO ContactGroup (grpName) VALUES (NULL)")),
+              3314);
+    EXPECT_EQ(FailureOf(*phonebook, QStringLiteral("INSERT INTO GroupMember (grpID) VALUES (1)")), 3314);
+    EXPECT_EQ(FailureOf(*phonebook, QStringLiteral("INSERT INTO ContactGroup (grpName) VALUES ('')")), 3315);
+    EXPECT_EQ(FailureOf(*phonebook, QStringLiteral("INSERT INTO GroupMember (grpID, cntID) VALUES (8, 9)")),
+              3201);
+    EXPECT_EQ(FailureOf(*outbox, QStringLiteral("SELECT msgID FROM Message WHERE  ORDER BY msgID")), 3075);
+    EXPECT_EQ(FailureOf(*outbox, QStringLiteral("SELECT FROM Message")), 3141);
+    EXPECT_EQ(FailureOf(*outbox, QStringLiteral("INSERT INTO Message msgID VALUES (1)")), 3134);
+    EXPECT_EQ(FailureOf(*outbox, QStringLiteral("UPDATE Message msgID = 1")), 3144);
+    EXPECT_EQ(FailureOf(*outbox, QStringLiteral("DELETE Message")), 3128);
+}
+
+TEST_P(RowsContractTest, ASavedQueryCannotBeWritten) {
+    auto connection = Phonebook();
+    Execute(*connection, Group(QStringLiteral("one")));
+    EXPECT_EQ(FailureOf(*connection, QStringLiteral("DELETE FROM qry_Groups")), engine::Number::ReadOnly);
+    EXPECT_EQ(Value(*connection, QStringLiteral("SELECT Count(*) FROM ContactGroup")), QVariant(1));
+}
+
+TEST_P(RowsContractTest, ASecondStatementIsRefusedAndNeitherRuns) {
+    auto connection = Outbox();
+    AddMessage(*connection, QStringLiteral("one"));
+    EXPECT_NE(FailureOf(*connection, QStringLiteral("DELETE FROM Message; DELETE FROM System")), 0);
+    EXPECT_NE(FailureOf(*connection, QStringLiteral("DELETE FROM Message DELETE FROM System")), 0);
+    EXPECT_EQ(Value(*connection, QStringLiteral("SELECT Count(*) FROM Message")), QVariant(1));
+}
+
+TEST_P(RowsContractTest, TextsAreComparedWithoutRegardToCase) {
+    auto connection = Phonebook();
+    Execute(*connection, Contact(QStringLiteral("ÉRIC von Łódź")));
+    for (const auto& where :
+         {u"cntSurname = 'éric VON łódź'", u"'éric von łÓDŹ' = cntSurname",
+          u"cntSurname IN ('x', 'éric von łódź')", u"cntSurname LIKE 'éRic%'",
+          u"cntSurname BETWEEN 'éric' AND 'ÉRIC Z'", u"NOT cntSurname <> 'éric von łódź'",
+          u"cntFirstnames = 'ANN'", u"cntAlphaSurname IS NULL AND cntFirstnames LIKE '_nN'"}) {
+        const QString sql = QStringLiteral("SELECT Count(*) FROM Contact WHERE ") + QString::fromUtf16(where);
+        EXPECT_EQ(Value(*connection, sql), QVariant(1)) << sql.toStdString();
+    }
+    EXPECT_EQ(
+        Value(*connection, QStringLiteral("SELECT Count(*) FROM Contact WHERE cntSurname = 'Eric von Lodz'")),
+        QVariant(0));
+}
+
+TEST_P(RowsContractTest, OnlyPercentAndUnderscoreAreWildcards) {
+    auto connection = Phonebook();
+    for (const auto& name : {u"a*b", u"a?b", u"a[b", u"a#b", u"axb"}) {
+        Execute(*connection, Contact(QString::fromUtf16(name)));
+    }
+    const auto count = [&](const QString& pattern) {
+        return Value(*connection,
+                     QStringLiteral("SELECT Count(*) FROM Contact WHERE cntSurname LIKE '%1'").arg(pattern))
+            .toInt();
+    };
+    EXPECT_EQ(count(QStringLiteral("a_b")), 5);
+    EXPECT_EQ(count(QStringLiteral("a%")), 5);
+    EXPECT_EQ(count(QStringLiteral("a*b")), 1);
+    EXPECT_EQ(count(QStringLiteral("a?b")), 1);
+    EXPECT_EQ(count(QStringLiteral("a[b")), 1);
+    EXPECT_EQ(count(QStringLiteral("[a-z]%")), 0);
+}
+
+TEST_P(RowsContractTest, NamesAreOrderedByTheirLettersAndThenByTheirAccents) {
+    auto connection = Phonebook();
+    for (const auto& name : {u"Zoé", u"zoe", u"Zofia", u"ZOE", u"Abel", u"Ábel", u"Östen", u"Otto"}) {
+        Execute(*connection, Contact(QString::fromUtf16(name)));
+    }
+    const auto rows = Rows(*connection, QStringLiteral("SELECT * FROM qry_Contacts_By_Surname"));
+    QStringList names;
+    for (; !rows->EndOfFile(); rows->MoveNext()) {
+        names.append(rows->Value(u"cntSurname").toString());
+    }
+    EXPECT_EQ(names, QStringLiteral("Abel Ábel Östen Otto zoe ZOE Zoé Zofia").split(u' '));
+}
+
+TEST_P(RowsContractTest, DivisionIsNeverOneOfWholeNumbers) {
+    auto connection = Outbox();
+    EXPECT_EQ(Value(*connection, QStringLiteral("SELECT 7 / 2 AS Half")), QVariant(3.5));
+    EXPECT_EQ(Value(*connection, QStringLiteral("SELECT 100 / 8 / 5 AS Both")), QVariant(2.5));
+}
+
+// --- transactions ---
+
+TEST_P(RowsContractTest, OthersSeeATransactionWhenItIsCommitted) {
+    auto writer = Outbox();
+    auto reader = Outbox();
+    const QString count = QStringLiteral("SELECT Count(*) FROM Message");
+    writer->BeginTrans();
+    AddMessage(*writer, QStringLiteral("one"));
+    AddMessage(*writer, QStringLiteral("two"));
+    EXPECT_EQ(Value(*reader, count), QVariant(0));
+    EXPECT_EQ(Value(*writer, count), QVariant(2));
+    writer->CommitTrans();
+    EXPECT_EQ(Value(*reader, count), QVariant(2));
+}
+
+TEST_P(RowsContractTest, ARolledBackTransactionLeavesNothing) {
+    auto connection = Outbox();
+    connection->BeginTrans();
+    AddMessage(*connection, QStringLiteral("one"));
+    connection->RollbackTrans();
+    EXPECT_EQ(Value(*connection, QStringLiteral("SELECT Count(*) FROM Message")), QVariant(0));
+}
+
+TEST_P(RowsContractTest, ClosingDropsAnOpenTransaction) {
+    auto connection = Outbox();
+    connection->BeginTrans();
+    AddMessage(*connection, QStringLiteral("one"));
+    connection->Close();
+    EXPECT_EQ(Value(*Outbox(), QStringLiteral("SELECT Count(*) FROM Message")), QVariant(0));
+}
+
+TEST_P(RowsContractTest, AStatementThatFailsLeavesTheTransactionWhole) {
+    auto connection = Phonebook();
+    connection->BeginTrans();
+    Execute(*connection, Group(QStringLiteral("one")));
+    EXPECT_EQ(FailureOf(*connection, Group(QStringLiteral("one"))), engine::Number::DuplicateKey);
+    connection->CommitTrans();
+    EXPECT_EQ(Value(*connection, QStringLiteral("SELECT Count(*) FROM ContactGroup")), QVariant(1));
+}
+
+TEST_P(RowsContractTest, CommitAndRollbackWithoutATransactionFail) {
+    auto connection = Outbox();
+    EXPECT_NE(FailureOf(*connection, [&] { connection->CommitTrans(); }), 0);
+    EXPECT_NE(FailureOf(*connection, [&] { connection->RollbackTrans(); }), 0);
+    EXPECT_EQ(FailureOf(*connection, [&] { connection->BeginTrans(); }), 0);
+    EXPECT_NE(FailureOf(*connection, [&] { connection->BeginTrans(); }), 0);
+}
+
+// --- rows that can be written ---
+
+TEST_P(RowsContractTest, UpdateWritesTheChangedFieldsOfTheCurrentRow) {
+    auto connection = Phonebook();
+    Execute(*connection, Contact(QStringLiteral("One")));
+    Execute(*connection, Contact(QStringLiteral("Two")));
+    const auto rows = Writable(*connection, QStringLiteral("SELECT * FROM Contact"));
+    EXPECT_FALSE(engine::FieldExists(rows.get(), u"rowid"));
+    rows->MoveNext();
+    rows->SetValue(u"cntAlphaSurname", QStringLiteral("T"));
+    rows->SetValue(u"CNTconfirmSEND", false);
+    EXPECT_EQ(rows->Value(u"cntAlphaSurname"), QVariant(QStringLiteral("T")));
+    rows->Update();
+    EXPECT_EQ(rows->Value(u"cntAlphaSurname"), QVariant(QStringLiteral("T")));
+    rows->SetValue(u"cntAlphaSurname", QStringLiteral("U"));
+    rows->Update();
+    const auto written = Rows(*connection, QStringLiteral("SELECT * FROM Contact ORDER BY cntID"));
+    EXPECT_TRUE(written->Value(u"cntAlphaSurname").isNull());
+    written->MoveNext();
+    EXPECT_EQ(written->Value(u"cntAlphaSurname"), QVariant(QStringLiteral("U")));
+    EXPECT_EQ(written->Value(u"cntConfirmSend"), QVariant(false));
+    EXPECT_EQ(written->Value(u"cntSurname"), QVariant(QStringLiteral("Two")));
+}
+
+TEST_P(RowsContractTest, GoingOnWritesWhatWasChanged) {
+    auto connection = Phonebook();
+    Execute(*connection, Contact(QStringLiteral("One")));
+    const auto rows = Writable(*connection, QStringLiteral("SELECT * FROM Contact"));
+    rows->SetValue(u"cntNote", QStringLiteral("a note"));
+    rows->MoveNext();
+    EXPECT_EQ(Value(*connection, QStringLiteral("SELECT cntNote FROM Contact")),
+              QVariant(QStringLiteral("a note")));
+}
+
+TEST_P(RowsContractTest, ARowThatAnotherChangedIsNotOverwritten) {
+    auto connection = Phonebook();
+    Execute(*connection, Contact(QStringLiteral("One")));
+    const auto rows = Writable(*connection, QStringLiteral("SELECT * FROM Contact"));
+    auto other = Phonebook();
+    Execute(*other, QStringLiteral("UPDATE Contact SET cntSurname = 'ONE'"));
+    rows->SetValue(u"cntNote", QStringLiteral("mine"));
+    try {
+        rows->Update();
+        ADD_FAILURE() << "overwrote the row";
+    } catch (const engine::Failure& failure) {
+        EXPECT_EQ(failure.Item().SQLState, QStringLiteral("3197"));
+    }
+    EXPECT_TRUE(Value(*connection, QStringLiteral("SELECT cntNote FROM Contact")).isNull());
+}
+
+TEST_P(RowsContractTest, ARowThatAnotherDeletedCannotBeWritten) {
+    auto connection = Phonebook();
+    Execute(*connection, Contact(QStringLiteral("One")));
+    const auto rows = Writable(*connection, QStringLiteral("SELECT * FROM Contact"));
+    Execute(*connection, QStringLiteral("DELETE FROM Contact"));
+    rows->SetValue(u"cntNote", QStringLiteral("mine"));
+    EXPECT_THROW(rows->Update(), engine::Failure);
+}
+
+TEST_P(RowsContractTest, AForwardOnlySetAndASetOfASavedQueryCannotBeWritten) {
+    auto connection = Phonebook();
+    Execute(*connection, Contact(QStringLiteral("One")));
+    const auto forward = Rows(*connection, QStringLiteral("SELECT * FROM Contact"));
+    const auto query = Writable(*connection, QStringLiteral("SELECT * FROM qry_Contacts_By_Surname"));
+    EXPECT_EQ(query->Value(u"cntSurname"), QVariant(QStringLiteral("One")));
+    for (engine::Recordset* rows : {forward.get(), query.get()}) {
+        try {
+            rows->SetValue(u"cntNote", QStringLiteral("x"));
+            ADD_FAILURE() << "was written";
+        } catch (const engine::Failure& failure) {
+            EXPECT_EQ(failure.Item().SQLState, QStringLiteral("3027"));
+        }
+    }
+}
+
+TEST_P(RowsContractTest, ASetCannotBeWrittenAfterItsConnectionEnded) {
+    auto connection = Phonebook();
+    Execute(*connection, Contact(QStringLiteral("One")));
+    const auto rows = Writable(*connection, QStringLiteral("SELECT * FROM Contact"));
+    connection.reset();
+    EXPECT_EQ(rows->Value(u"cntSurname"), QVariant(QStringLiteral("One")));
+    rows->SetValue(u"cntNote", QStringLiteral("x"));
+    EXPECT_THROW(rows->Update(), engine::Failure);
+}
+
+INSTANTIATE_TEST_SUITE_P(Engines, RowsContractTest, Engines(), EngineName);
+
+}  // namespace

@@ -1,0 +1,189 @@
+#include "store/engine/contract/EngineContext.h"
+
+#include "store/engine/sqlite/OfficeFiles.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <sqlite3.h>
+
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <stdexcept>
+
+namespace {
+
+/// A child of this process that runs `body`, tells when it has done its work, and lives until it is let go.
+class Child {
+public:
+    template <typename Body>
+    explicit Child(Body body) {
+        int ready[2] = {};
+        int end[2] = {};
+        if (pipe(ready) != 0 || pipe(end) != 0) {
+            throw std::runtime_error("no pipe");
+        }
+        m_process = fork();
+        if (m_process == 0) {
+            close(end[1]);
+            char byte = body() ? '+' : '-';
+            Q_UNUSED(write(ready[1], &byte, 1));
+            Q_UNUSED(read(end[0], &byte, 1));
+            _exit(0);
+        }
+        close(ready[1]);
+        close(end[0]);
+        m_end = end[1];
+        char answer = '-';
+        Q_UNUSED(read(ready[0], &answer, 1));
+        close(ready[0]);
+        m_isFine = answer == '+';
+    }
+    ~Child() {
+        close(m_end);
+        waitpid(m_process, nullptr, 0);
+    }
+    Child(const Child&) = delete;
+    Child& operator=(const Child&) = delete;
+
+    [[nodiscard]] bool IsFine() const { return m_isFine; }
+
+private:
+    pid_t m_process = -1;
+    int m_end = -1;
+    bool m_isFine = false;
+};
+
+/// In a child: never closed, as of a program that dies.
+bool RunRaw(const QByteArray& file, const char* sql) {
+    sqlite3* handle = nullptr;
+    return sqlite3_open_v2(file.constData(), &handle, SQLITE_OPEN_READWRITE, nullptr) == SQLITE_OK &&
+           sqlite3_exec(handle, sql, nullptr, nullptr, nullptr) == SQLITE_OK;
+}
+
+class LockOfAnother final : public EngineContext::Lock {
+public:
+    LockOfAnother(const QByteArray& file, const char* begin) : m_child([&] { return RunRaw(file, begin); }) {
+        if (!m_child.IsFine()) {
+            throw std::runtime_error("the other process did not get its lock");
+        }
+    }
+
+private:
+    Child m_child;
+};
+
+/// Also for root, whom permissions do not stop: the process is somebody else as long as it lives.
+class ReadOnlyFolder final : public EngineContext::Lock {
+public:
+    ReadOnlyFolder(const QString& folder, const QStringList& files) : m_folder(QFile::encodeName(folder)) {
+        for (const QString& file : files) {
+            m_files.append(QFile::encodeName(file));
+            chmod(m_files.last().constData(), 0444);
+        }
+        chmod(m_folder.constData(), 0555);
+        if (m_user == 0) {
+            constexpr uid_t Nobody = 65534;
+            EXPECT_EQ(seteuid(Nobody), 0);
+        }
+    }
+    ~ReadOnlyFolder() override {
+        EXPECT_EQ(seteuid(m_user), 0);
+        chmod(m_folder.constData(), 0755);
+        for (const QByteArray& file : m_files) {
+            chmod(file.constData(), 0644);
+        }
+    }
+
+private:
+    QByteArray m_folder;
+    QList<QByteArray> m_files;
+    uid_t m_user = geteuid();
+};
+
+class FullDisk final : public EngineContext::Lock {
+public:
+    explicit FullDisk(qint64 size) {
+        m_oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &m_old);
+        rlimit limit = m_old;
+        limit.rlim_cur = static_cast<rlim_t>(size);
+        EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
+    }
+    ~FullDisk() override {
+        setrlimit(RLIMIT_FSIZE, &m_old);
+        std::signal(SIGXFSZ, m_oldHandler);
+    }
+
+private:
+    rlimit m_old{};
+    void (*m_oldHandler)(int) = nullptr;
+};
+
+class SqliteContext final : public EngineContext {
+public:
+    SqliteContext() {
+        OfficeFiles::CreateOutboxFile(Outbox());
+        OfficeFiles::CreatePhonebookFile(Phonebook());
+    }
+    [[nodiscard]] engine::ConnectionFactory& Factory() override { return m_factory; }
+    [[nodiscard]] QString Outbox() const override {
+        return m_folder.filePath(QStringLiteral("smsmessages.mdb"));
+    }
+    [[nodiscard]] QString Phonebook() const override {
+        return m_folder.filePath(QStringLiteral("smscontacts.mdb"));
+    }
+    [[nodiscard]] QString Missing() const override {
+        return m_folder.filePath(QStringLiteral("missing.mdb"));
+    }
+
+    [[nodiscard]] std::unique_ptr<Lock> LockForWriting() override {
+        return std::make_unique<LockOfAnother>(QFile::encodeName(Outbox()), "BEGIN IMMEDIATE");
+    }
+    [[nodiscard]] std::unique_ptr<Lock> LockForAll() override {
+        return std::make_unique<LockOfAnother>(QFile::encodeName(Outbox()), "BEGIN EXCLUSIVE");
+    }
+    [[nodiscard]] std::unique_ptr<Lock> MakeReadOnly() override {
+        return std::make_unique<ReadOnlyFolder>(m_folder.path(),
+                                                QStringList{Outbox(), Outbox() + QStringLiteral("-journal")});
+    }
+    [[nodiscard]] std::unique_ptr<Lock> FillDisk() override {
+        return std::make_unique<FullDisk>(QFile(Outbox()).size());
+    }
+    void DieWhileWriting(const QString& text) override {
+        // A cache of one page makes the change reach the file long before its end.
+        const QByteArray sql =
+            "PRAGMA cache_size=1; PRAGMA journal_mode=PERSIST; BEGIN; UPDATE Message SET msgText='" +
+            text.repeated(500).toUtf8() + "'";
+        const Child writer([&] { return RunRaw(QFile::encodeName(Outbox()), sql.constData()); });
+        EXPECT_TRUE(writer.IsFine());
+        EXPECT_TRUE(Bytes().contains(text.repeated(20).toUtf8())) << "the change did not reach the file";
+    }
+    void Damage() override {
+        QFile file(Outbox());
+        ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+        for (qint64 position = 4096; position + 8 < file.size(); position += 512) {
+            file.seek(position);
+            file.write("\xFF\xFE\xFD\xFC\xFB\xFA\xF9\xF8", 8);
+        }
+    }
+    [[nodiscard]] QByteArray Bytes() const override {
+        QFile file(Outbox());
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return file.readAll();
+    }
+
+private:
+    QTemporaryDir m_folder;
+    engine::FileConnectionFactory m_factory{Time};
+};
+
+}  // namespace
+
+std::unique_ptr<EngineContext> MakeSqliteContext() {
+    return std::make_unique<SqliteContext>();
+}
