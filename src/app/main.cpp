@@ -1,0 +1,59 @@
+#include "app/AppContext.h"
+#include "app/CommandLine.h"
+#include "app/EntryRoutine.h"
+#include "app/RealMachine.h"
+#include "core/Product.h"
+#include "platform/Folders.h"
+#include "shell/Application.h"
+#include "shell/Look.h"
+#include "shell/MainScreens.h"
+
+#include <cstdio>
+
+namespace {
+
+constexpr int UsageError = 2;
+
+QStringList ArgumentsOf(int argc, char** argv) {
+    QStringList arguments;
+    for (int index = 1; index < argc; ++index) {
+        arguments.append(QString::fromLocal8Bit(argv[index]));
+    }
+    return arguments;
+}
+
+void Print(FILE* stream, const QString& text) {
+    std::fputs(text.toLocal8Bit().constData(), stream);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    // Before the window system: these answers need none.
+    const CommandLine commandLine(ArgumentsOf(argc, argv));
+    if (commandLine.IsHelp) {
+        Print(stdout, CommandLine::HelpText());
+        return 0;
+    }
+    if (commandLine.IsVersion) {
+        Print(stdout, Product::AppTitle + QStringLiteral(" " LARKSPAN_VERSION "\n"));
+        return 0;
+    }
+    if (!commandLine.Problem.isEmpty()) {
+        Print(stderr, QStringLiteral("larkspan: ") + commandLine.Problem + u'\n');
+        return UsageError;
+    }
+
+    CompleteEnvironment();
+    Application application(argc, argv);
+    Look::Apply(commandLine.Palette);
+    RealMachine real;
+    const Machine machine = real.Seams();
+    application.SetLastResort(&machine.AppLog, &machine.Boxes);
+    AppContext context(machine);
+    MainScreens screens(context, machine, commandLine);
+    EntryRoutine entry(context, machine, screens, commandLine);
+    const int status = entry.Run() ? Application::exec() : 0;
+    application.SetLastResort(nullptr, nullptr);
+    return status;
+}

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QProxyStyle>
+
+/// The plain style of the toolkit with a focus ring that is seen: a line of two pixels in the accent colour
+/// around flat buttons and list rows, which would otherwise show the keyboard's place by a shade.
+class FocusStyle final : public QProxyStyle {
+    Q_OBJECT
+public:
+    FocusStyle();
+
+    void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                       const QWidget* widget) const override;
+};

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QPalette>
+#include <QString>
+
+/// The program's look: one widget style and two palettes, light and dark, out of which every colour is taken.
+namespace Look {
+
+enum class Scheme { Light, Dark };
+
+/// Dark where the desktop's windows are dark.
+[[nodiscard]] Scheme SchemeOf(const QPalette& desktop);
+[[nodiscard]] QPalette PaletteOf(Scheme scheme);
+/// `wanted` is "light", "dark" or empty for the desktop's own.
+void Apply(const QString& wanted);
+
+/// Contrast of two colours by WCAG 2, from 1 to 21.
+[[nodiscard]] double Contrast(const QColor& one, const QColor& other);
+
+}  // namespace Look

@@ -1,0 +1,113 @@
+#pragma once
+
+#include "addressbook/PhonebookHost.h"
+#include "app/Steps.h"
+#include "compose/ComposeHost.h"
+
+#include <QCursor>
+#include <QWidget>
+
+#include <memory>
+
+class AccessPasswords;
+class AlertStrip;
+class AppContext;
+class CommandLine;
+class ComposeArea;
+class ExitPath;
+class MainWindowKeys;
+class MainWindowProc;
+class PhonebookArea;
+class QSplitter;
+class StatusPoll;
+struct Machine;
+
+/// The one main window of a run, and the system's main loop: once it is shown, everything that happens comes
+/// from its controls, keys and timers. It composes nothing itself: the phonebook side and the composing side
+/// are areas of their own; the window places them, wires one to the other, passes its fixed public members
+/// on, and owns start, end and timers.
+class frmMain final : public QWidget, public PhonebookHost, public ComposeHost {
+    Q_OBJECT
+public:
+    /// Everything given outlives the window.
+    frmMain(AppContext& context, const Machine& machine, const CommandLine& commandLine);
+    ~frmMain() override;
+
+    /// True from the start of the load until InitMainWindow has done its work: lists are not refilled
+    /// meanwhile.
+    bool IsInitialising = false;
+    /// The pointer over imgAd: the arrow, or the hand while the picture on show has a link.
+    QCursor AdCursor;
+
+    /// Fills the window. Failures are logged, and the next step runs.
+    void Load();
+    [[nodiscard]] StepTable LoadSteps();
+    [[nodiscard]] StepTable InitMainWindowSteps();
+    /// What is saved and closed before the window goes.
+    [[nodiscard]] StepTable QueryUnloadSteps();
+
+    void InitColours();
+    void InitAlphaTabs();
+    void InitGroupTabs();
+    void InitMessageSize();
+    void InitMessageTails();
+    void InitSortBy();
+    void InitUserHeaders();
+    void ShowGroup();
+    void ShowAlphaGroup(const QString& letter);
+    void EnableButtons();
+    void Reset();
+    void UpdateStateDisplay() override;
+    void ContactListFocus(bool home) override;
+    /// Hides the window, or brings it back to the front. Without a notification area it is minimised.
+    void ToTray(bool hide);
+    [[nodiscard]] bool IsInTray() const { return m_isInTray; }
+    /// The warning that messages were not delivered.
+    void ShowAlert(bool show);
+    [[nodiscard]] bool PublicHistoryPasswordCheck();
+    [[nodiscard]] bool ReportPasswordCheck();
+    [[nodiscard]] bool IsPasswordOK(bool hidden) override;
+
+    // For the phonebook side.
+    void AddKeysToRecipients(const QStringList& keys) override;
+    void DropGroupByID(qint32 groupID) override;
+    void ScrollRecipientsTo(int index) override;
+    void UpdateRecipient(const Contact& contact, const QString& toolTip) override;
+    void RefreshRecipientList() override;
+
+    // For the composing side.
+    void ClearContactInfo() override;
+    void CreateGroupFromKeys(const QStringList& keys) override;
+    void StartTracking() override;
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+
+private:
+    void PlaceAreas();
+    void MakeKeys();
+    void InitMainWindow();
+    void SubclassMainWindow();
+    void UnsubclassMainWindow();
+    /// What a second start of the program asks for.
+    void ComeForward();
+    void ForceForeground();
+    /// As a click on the control of this name; a disabled one takes no click.
+    void Click(const QString& name);
+
+    AppContext& m_context;
+    const Machine& m_machine;
+    const CommandLine& m_commandLine;
+    PhonebookArea* m_phonebook;
+    ComposeArea* m_compose;
+    AlertStrip* m_alert;
+    StatusPoll* m_poll;
+    QSplitter* m_splitter;
+    std::unique_ptr<AccessPasswords> m_passwords;
+    std::unique_ptr<MainWindowProc> m_proc;
+    std::unique_ptr<ExitPath> m_exit;
+    bool m_isInTray = false;
+    bool m_isUnloaded = false;
+};
