@@ -11,7 +11,8 @@ class BareOutbox {
 public:
     explicit BareOutbox(const QString& file) {
         sqlite3_open_v2(file.toUtf8().constData(), &m_db, SQLITE_OPEN_READWRITE, nullptr);
-        for (const char* pragma : {"PRAGMA journal_mode=PERSIST", "PRAGMA synchronous=FULL", "PRAGMA foreign_keys=ON"}) {
+        for (const char* pragma :
+             {"PRAGMA journal_mode=PERSIST", "PRAGMA synchronous=FULL", "PRAGMA foreign_keys=ON"}) {
             sqlite3_exec(m_db, pragma, nullptr, nullptr, nullptr);
         }
     }
@@ -22,15 +23,18 @@ public:
     /// `count` rows, each in a transaction of its own.
     void Insert(int count) {
         sqlite3_stmt* insert = nullptr;
-        sqlite3_prepare_v2(m_db,
-                           "INSERT INTO Message (msgRecipient, msgAddress, msgText, msgSendTime, msgSignature, msgStation,"
-                           " msgBodyTextSize) VALUES (?,?,?,?,?,?,?)",
-                           -1, &insert, nullptr);
+        sqlite3_prepare_v2(
+            m_db,
+            "INSERT INTO Message (msgRecipient, msgAddress, msgText, msgSendTime, msgSignature, msgStation,"
+            " msgBodyTextSize) VALUES (?,?,?,?,?,?,?)",
+            -1, &insert, nullptr);
         for (int i = 0; i < count; ++i) {
             Bind(insert, 1, "Aoife Ahern");
             Bind(insert, 2, "+353865550142");
-            Bind(insert, 3, "Dear Aoife, the canteen closes at 14:00 on 07.Mar. Please collect orders before then. : Front "
-                            "Desk - Hartley House");
+            Bind(insert, 3,
+                 "Dear Aoife, the canteen closes at 14:00 on 07.Mar. Please collect orders before then. : "
+                 "Front "
+                 "Desk - Hartley House");
             Bind(insert, 4, "2026-03-07 14:30:15");
             Bind(insert, 5, "Front Desk");
             Bind(insert, 6, "RECEPTION\\MARY");

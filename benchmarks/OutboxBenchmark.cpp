@@ -1,6 +1,7 @@
 // Sending to 1,000 recipients, and the poll of 50 slots in an outbox of 1,000,000 rows.
 //
-// usage: bench_outbox [ROWS]   (in the current folder's file system; ROWS of the big outbox, 1000000 unless told)
+// usage: bench_outbox [ROWS]   (in the current folder's file system; ROWS of the big outbox, 1000000 unless
+// told)
 
 #include "BareOutbox.h"
 #include "support/Ratio.h"
@@ -29,7 +30,8 @@ public:
     QStringList Rows;
     [[nodiscard]] QStringList RecipientKeys() const override { return Rows; }
     [[nodiscard]] QString MessageText() const override {
-        return QStringLiteral("Dear @FN, the canteen closes at 14:00 on @TD. Please collect orders before then.");
+        return QStringLiteral(
+            "Dear @FN, the canteen closes at 14:00 on @TD. Please collect orders before then.");
     }
     [[nodiscard]] QString SignatureText() const override { return QStringLiteral("Front Desk"); }
     [[nodiscard]] QString GetTailText() const override {
@@ -96,8 +98,8 @@ void BenchPoll(const QTemporaryDir& folder, int rows) {
         MessageTracker tracker(office.State, office.AppSettings, office.Time);
         tracker.RefreshInterval = 0;
         for (int slot = 0; slot < MessageTracker::SlotCount; ++slot) {
-            tracker.Track(1 + slot * std::min(600, rows / 60), QStringLiteral("Aoife Ahern"), QStringLiteral("+353"),
-                          QStringLiteral("text"));
+            tracker.Track(1 + slot * std::min(600, rows / 60), QStringLiteral("Aoife Ahern"),
+                          QStringLiteral("+353"), QStringLiteral("text"));
         }
         if (!office.State.OutboxDB->OpenDatabase(engine::Mode::ReadShared)) {
             qFatal("the outbox cannot be opened");
@@ -116,7 +118,8 @@ void BenchPoll(const QTemporaryDir& folder, int rows) {
                    for (int i = 0; i < 100; ++i) {
                        (void)outbox.Read(sql);
                    }
-               }) / 100;
+               }) /
+               100;
     };
     Ratio::Print("poll of 50 slots, the statement on an open outbox", Ratio::Measure(9, poll, bare), 2.0);
 
@@ -124,14 +127,15 @@ void BenchPoll(const QTemporaryDir& folder, int rows) {
         MessageTracker tracker(office.State, office.AppSettings, office.Time);
         tracker.RefreshInterval = 0;
         for (int slot = 0; slot < MessageTracker::SlotCount; ++slot) {
-            tracker.Track(1 + slot * std::min(600, rows / 60), QStringLiteral("Aoife Ahern"), QStringLiteral("+353"),
-                          QStringLiteral("text"));
+            tracker.Track(1 + slot * std::min(600, rows / 60), QStringLiteral("Aoife Ahern"),
+                          QStringLiteral("+353"), QStringLiteral("text"));
         }
         return Ratio::Time([&] {
                    for (int i = 0; i < 50; ++i) {
                        (void)tracker.CheckDB();
                    }
-               }) / 50;
+               }) /
+               50;
     };
     const auto bareOpening = [&] {
         return Ratio::Time([&] {
@@ -139,9 +143,11 @@ void BenchPoll(const QTemporaryDir& folder, int rows) {
                        BareOutbox opened(file);
                        (void)opened.Read(sql);
                    }
-               }) / 50;
+               }) /
+               50;
     };
-    Ratio::Print("poll of 50 slots, opening and closing included", Ratio::Measure(9, pollOpening, bareOpening), 2.0);
+    Ratio::Print("poll of 50 slots, opening and closing included",
+                 Ratio::Measure(9, pollOpening, bareOpening), 2.0);
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
-// A user who cancels what others have just sent: the real cancel, on numbers near the newest. Each number whose cancel
-// succeeded goes to standard output.
+// A user who cancels what others have just sent: the real cancel, on numbers near the newest. Each number
+// whose cancel succeeded goes to standard output.
 //
 // usage: hammer_canceller OUTBOX HOME SECONDS
 
@@ -16,9 +16,9 @@ namespace {
 qint32 Newest(HammerOffice& office) {
     qint32 newest = 0;
     if (office.State.OutboxDB->OpenDatabase(engine::Mode::ReadShared)) {
-        const auto rows =
-            office.State.OutboxDB->OpenDynaset(QStringLiteral("SELECT TOP 1 msgID FROM Message ORDER BY msgID DESC"),
-                                               engine::CursorType::ForwardOnly, engine::LockType::ReadOnly);
+        const auto rows = office.State.OutboxDB->OpenDynaset(
+            QStringLiteral("SELECT TOP 1 msgID FROM Message ORDER BY msgID DESC"),
+            engine::CursorType::ForwardOnly, engine::LockType::ReadOnly);
         if (rows && !rows->EndOfFile()) {
             newest = rows->Value(u"msgID").toInt();
         }

@@ -1,5 +1,6 @@
-// One client under load: the real dispatch loop, history file and tracker, without a window. Sends until its time is over
-// or the outbox nears the end of the 16-bit numbers. What the user would have been shown as sent goes to the ack file.
+// One client under load: the real dispatch loop, history file and tracker, without a window. Sends until its
+// time is over or the outbox nears the end of the 16-bit numbers. What the user would have been shown as sent
+// goes to the ack file.
 //
 // usage: hammer_client OUTBOX HOME TAG SECONDS RECIPIENTS ACKFILE
 
@@ -73,8 +74,9 @@ private:
 void Report(const HammerOffice& office, const MessageTracker& tracker, int presses) {
     QTextStream out(stdout);
     const EngineObservations& seen = office.Engine.Seen;
-    out << "presses " << presses << "\nboxes " << office.Boxes.Count << "\ntransient " << seen.TransientFailures
-        << "\ntransientInARow " << seen.WorstTransientInARow << "\notherFailures " << seen.OtherFailures << '\n';
+    out << "presses " << presses << "\nboxes " << office.Boxes.Count << "\ntransient "
+        << seen.TransientFailures << "\ntransientInARow " << seen.WorstTransientInARow << "\notherFailures "
+        << seen.OtherFailures << '\n';
     for (const qint64 microseconds : seen.InsertMicroseconds) {
         out << "insert " << microseconds << '\n';
     }
@@ -97,7 +99,8 @@ int main(int argc, char** argv) {
     qputenv("COMPUTERNAME", "LOAD");
     qputenv("USERNAME", arguments[3].toUtf8());
     HammerOffice office(arguments[1], arguments[2]);
-    const int ackFile = ::open(QFile::encodeName(arguments[6]).constData(), O_WRONLY | O_CREAT | O_APPEND, 0600);
+    const int ackFile =
+        ::open(QFile::encodeName(arguments[6]).constData(), O_WRONLY | O_CREAT | O_APPEND, 0600);
 
     ContactList recipients;
     mdlHistory history(office.Files, office.LocalFolders, office.Boxes, CodePage::System());

@@ -58,8 +58,8 @@ protected:
     void StartGateway(QProcess& gateway) const {
         gateway.setStandardOutputFile(QProcess::nullDevice());
         gateway.start(QStringLiteral(GATEWAY),
-                      {m_folder.path(), QStringLiteral("--quiet"), QStringLiteral("--delay"), QStringLiteral("0"),
-                       QStringLiteral("--journal"), Journal()});
+                      {m_folder.path(), QStringLiteral("--quiet"), QStringLiteral("--delay"),
+                       QStringLiteral("0"), QStringLiteral("--journal"), Journal()});
         ASSERT_TRUE(gateway.waitForStarted());
     }
 
@@ -108,16 +108,20 @@ void Print(const LoadTotals& totals, const ThirdReader::Findings& findings) {
     QList<qint64> sorted = totals.Inserts;
     std::sort(sorted.begin(), sorted.end());
     const auto at = [&sorted](double part) {
-        return sorted.isEmpty() ? 0.0
-                                : static_cast<double>(sorted[static_cast<qsizetype>(
-                                      part * static_cast<double>(sorted.size() - 1))]) / 1000.0;
+        return sorted.isEmpty()
+                   ? 0.0
+                   : static_cast<double>(
+                         sorted[static_cast<qsizetype>(part * static_cast<double>(sorted.size() - 1))]) /
+                         1000.0;
     };
-    std::printf("    %d round(s), %d rows in %.1f s: %.0f sends a second; insert p50 %.1f ms, p99 %.1f ms, worst %.1f ms\n"
-                "    lost %d, doubled %d, wrong status %d, canceled and sent %d; canceled %d; lock conflicts that "
-                "outlasted the engine's wait: %d\n",
-                totals.Rounds, totals.Rows, totals.Seconds, totals.Rows / totals.Seconds, at(0.5), at(0.99), at(1.0),
-                findings.Lost, findings.Doubled, findings.WrongStatus, findings.CanceledAndSent, totals.Canceled,
-                totals.Transient);
+    std::printf(
+        "    %d round(s), %d rows in %.1f s: %.0f sends a second; insert p50 %.1f ms, p99 %.1f ms, worst "
+        "%.1f ms\n"
+        "    lost %d, doubled %d, wrong status %d, canceled and sent %d; canceled %d; lock conflicts that "
+        "outlasted the engine's wait: %d\n",
+        totals.Rounds, totals.Rows, totals.Seconds, totals.Rows / totals.Seconds, at(0.5), at(0.99), at(1.0),
+        findings.Lost, findings.Doubled, findings.WrongStatus, findings.CanceledAndSent, totals.Canceled,
+        totals.Transient);
 }
 
 class LoadRun : public Hammer {
@@ -222,7 +226,8 @@ TEST_F(Hammer, ASenderKilledAtRandomMomentsLeavesEveryAcknowledgedRowOnce) {
         const auto connection = factory.NewConnection();
         connection->Mode = engine::Mode::ReadWriteShared;
         ASSERT_NO_THROW(connection->Open(Outbox()));
-        ASSERT_NO_THROW((void)connection->Execute(QStringLiteral("UPDATE Message SET msgComplete = FALSE WHERE msgID = 0"), nullptr));
+        ASSERT_NO_THROW((void)connection->Execute(
+            QStringLiteral("UPDATE Message SET msgComplete = FALSE WHERE msgID = 0"), nullptr));
         connection->Close();
         worstOpen = std::max(worstOpen, timer.elapsed());
     }
@@ -233,8 +238,8 @@ TEST_F(Hammer, ASenderKilledAtRandomMomentsLeavesEveryAcknowledgedRowOnce) {
     reader.CountAcknowledged(m_ackFiles, findings);
     reader.CountDoubled(findings);
     reader.CountHistory(m_historyFiles, findings);
-    std::printf("    %d kills, %d rows; lost %d, doubled %d, wrong %d; the outbox opened within %lld ms\n", kills,
-                findings.Rows, findings.Lost, findings.Doubled, findings.WrongStatus,
+    std::printf("    %d kills, %d rows; lost %d, doubled %d, wrong %d; the outbox opened within %lld ms\n",
+                kills, findings.Rows, findings.Lost, findings.Doubled, findings.WrongStatus,
                 static_cast<long long>(worstOpen));
     EXPECT_EQ(findings.Lost, 0) << findings.Examples.join(u'\n').toStdString();
     EXPECT_EQ(findings.Doubled, 0) << findings.Examples.join(u'\n').toStdString();

@@ -59,7 +59,9 @@ public:
     void CommitTrans() override { m_real->CommitTrans(); }
     void RollbackTrans() override { m_real->RollbackTrans(); }
     [[nodiscard]] QStringList TableNames() override { return m_real->TableNames(); }
-    void SetProperty(const QString& name, const QVariant& value) override { m_real->SetProperty(name, value); }
+    void SetProperty(const QString& name, const QVariant& value) override {
+        m_real->SetProperty(name, value);
+    }
     [[nodiscard]] QVariant Property(const QString& name) const override { return m_real->Property(name); }
     [[nodiscard]] const QList<engine::Error>& Errors() const override { return m_real->Errors(); }
 

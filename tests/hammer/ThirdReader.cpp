@@ -109,14 +109,16 @@ void ThirdReader::CountTracked(qint32 id, const QString& recipient, Findings& fi
     }
 }
 
-void ThirdReader::CountCanceled(const QStringList& ids, const QString& gatewayJournal, Findings& findings) const {
+void ThirdReader::CountCanceled(const QStringList& ids, const QString& gatewayJournal,
+                                Findings& findings) const {
     const QList<qint32> sentList = HandedOver(gatewayJournal);
     const QSet<qint32> sent(sentList.cbegin(), sentList.cend());
     for (const QString& text : ids) {
         const qint32 id = text.toInt();
         if (sent.contains(id) || m_rows.value(id).Status != 2) {
             ++findings.CanceledAndSent;
-            findings.Examples.append(QStringLiteral("canceled, yet status %1: %2").arg(m_rows.value(id).Status).arg(id));
+            findings.Examples.append(
+                QStringLiteral("canceled, yet status %1: %2").arg(m_rows.value(id).Status).arg(id));
         }
     }
 }

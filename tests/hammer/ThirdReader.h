@@ -6,8 +6,8 @@
 
 #include <optional>
 
-/// Looks at an outbox and at local files from outside, with SQLite alone and none of this program's code, and counts what
-/// must never happen.
+/// Looks at an outbox and at local files from outside, with SQLite alone and none of this program's code, and
+/// counts what must never happen.
 class ThirdReader {
 public:
     struct Row {
