@@ -18,7 +18,7 @@ static_assert(std::is_sorted(TransientNumbers.begin(), TransientNumbers.end()));
 }  // namespace
 
 Failure::Failure(int number, const QString& description, qint32 nativeError)
-    : std::runtime_error(description.toStdString()),
+    : NumberedFailure(GenericFailure, description),
       m_item{nativeError, QString::number(number), description} {}
 
 Failure Failure::WithNumber(qint32 generic, const QString& description) {

@@ -2,7 +2,7 @@
 
 #include <QString>
 
-#include <stdexcept>
+#include "core/NumberedFailure.h"
 
 namespace engine {
 
@@ -58,14 +58,14 @@ struct Error {
 };
 
 /// What an engine throws: the generic number and the item that is also put into the error collection.
-class Failure : public std::runtime_error {
+class Failure : public NumberedFailure {
 public:
     /// `number` is one of Number; `description` is for people and is never searched.
     Failure(int number, const QString& description, qint32 nativeError = 0);
     /// A failure with another generic number than GenericFailure, as for the use of a closed object.
     static Failure WithNumber(qint32 generic, const QString& description);
 
-    [[nodiscard]] qint32 Number() const { return m_number; }
+    [[nodiscard]] qint32 Number() const override { return m_number; }
     [[nodiscard]] const Error& Item() const { return m_item; }
 
 private:
