@@ -125,7 +125,7 @@ Token Lexer::Next() {
 
 Token Lexer::Make(TokenKind kind, qsizetype start, qsizetype end) {
     m_position = end;
-    return {kind, m_text.sliced(start, end - start), start};
+    return {kind, m_text.sliced(start, end - start), start, 0};
 }
 
 Token Lexer::Word(qsizetype start) {
@@ -175,6 +175,7 @@ Token Lexer::Quoted(qsizetype start, char16_t quote) {
     }
     Token token = Make(TokenKind::Text, start + 1, end);
     token.Position = start;
+    token.Quote = quote;
     ++m_position;
     return token;
 }

@@ -65,6 +65,8 @@ struct Token {
     QStringView Text;
     /// Index of the first character in the statement, the opening quote or bracket included.
     qsizetype Position = 0;
+    /// Of a text: the quote that it stands in, ' or ".
+    char16_t Quote = 0;
 };
 
 /// Cuts a statement into tokens, one at a time. Blanks, tabs and line breaks separate; there are no comments.
