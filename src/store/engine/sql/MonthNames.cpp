@@ -30,7 +30,8 @@ QStringView WithoutDot(QStringView name) {
 }  // namespace
 
 MonthNames::MonthNames(const QLocale& locale) {
-    if (locale.language() == QLocale::English || locale.language() == QLocale::C) {
+    const bool isEnglish = locale.language() == QLocale::English && locale.script() == QLocale::LatinScript;
+    if (isEnglish || locale.language() == QLocale::C) {
         return;
     }
     for (int month = 1; month <= 12; ++month) {

@@ -11,6 +11,25 @@ namespace engine::sql {
 
 namespace {
 
+/// Whether a token that may not follow an expression was meant to be part of it.
+bool BelongsToExpression(TokenKind kind) {
+    switch (kind) {
+        case TokenKind::RightParenthesis:
+        case TokenKind::Dot:
+        case TokenKind::Slash:
+        case TokenKind::Star:
+        case TokenKind::Equal:
+        case TokenKind::NotEqual:
+        case TokenKind::Less:
+        case TokenKind::LessEqual:
+        case TokenKind::Greater:
+        case TokenKind::GreaterEqual:
+            return true;
+        default:
+            return CanBeginExpression(kind);
+    }
+}
+
 class Parser {
 public:
     Parser(QStringView text, const MonthNames& months) : m_tokens(text), m_expressions(m_tokens, months) {}
@@ -25,8 +44,9 @@ public:
             }
         }
         if (m_tokens.Kind() != TokenKind::End) {
-            const bool isMissingOperator = m_endsInExpression && CanBeginExpression(m_tokens.Kind());
-            RefuseSyntax(isMissingOperator ? int{Number::SyntaxInExpression} : m_number);
+            RefuseSyntax(m_endsInExpression && BelongsToExpression(m_tokens.Kind())
+                             ? int{Number::SyntaxInExpression}
+                             : m_number);
         }
         return statement;
     }
@@ -207,7 +227,7 @@ private:
     TokenStream m_tokens;
     ExpressionParser m_expressions;
     int m_number = Number::InvalidStatement;
-    /// A token that could begin an expression would follow one without an operator.
+    /// What comes next would follow an expression.
     bool m_endsInExpression = false;
 };
 
