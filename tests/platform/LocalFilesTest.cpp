@@ -253,6 +253,32 @@ TEST_F(LocalFilesTest, AProgramThatIsKilledWhileItReplacesLeavesTheOldFileOrTheN
     }
 }
 
+TEST_F(LocalFilesTest, AProgramThatIsKilledInTheMiddleOfAWriteLeavesTheOldFileAndNothingElse) {
+    ASSERT_TRUE(m_files.Replace(In(u"a"_s), Old));
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        // The system kills a program that writes beyond its limit, here after 100000 bytes.
+        const rlimit noCore{0, 0};
+        const rlimit small{100000, 100000};
+        if (setrlimit(RLIMIT_CORE, &noCore) == 0 && setrlimit(RLIMIT_FSIZE, &small) == 0) {
+            std::signal(SIGXFSZ, SIG_DFL);
+            static_cast<void>(m_files.Replace(In(u"a"_s), New));
+        }
+        _exit(1);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFSIGNALED(status));
+    EXPECT_EQ(WTERMSIG(status), SIGXFSZ);
+    EXPECT_EQ(TextOf(u"a"_s), Old);
+    // File systems without nameless files (network ones) keep the unfinished one under its hidden name.
+    const int nameless =
+        open(m_folder.path().toLocal8Bit().constData(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600);
+    EXPECT_EQ(Names().size(), nameless >= 0 ? 1 : 2);
+    close(nameless);
+}
+
 TEST_F(LocalFilesTest, TwoProgramsThatAppendAtOnceLoseNoLine) {
     constexpr int Lines = 500;
     const auto write = [&](char letter) {
