@@ -5,6 +5,8 @@
 #include <QHash>
 #include <QStringList>
 
+#include <functional>
+
 /// A desktop out of made-up windows; what is asked of them is recorded as sentences.
 class FakeWindows final : public Windows {
 public:
@@ -19,6 +21,8 @@ public:
     QList<WindowHandle> TopLevel;
     bool Reachable = true;
     mutable QStringList Calls;
+    /// Runs in the middle of SetAppWindowStyle.
+    std::function<void()> OnSetAppWindowStyle;
 
     void Add(WindowHandle handle, const QString& className, const QString& title, WindowHandle parent = 0) {
         All.append({handle, className, title, {}});
@@ -57,6 +61,9 @@ public:
     }
     void SetAppWindowStyle(WindowHandle handle, bool on) override {
         Calls.append(QStringLiteral("task bar entry of %1 %2").arg(handle).arg(on ? 1 : 0));
+        if (OnSetAppWindowStyle) {
+            OnSetAppWindowStyle();
+        }
     }
 
 private:

@@ -1,0 +1,318 @@
+#include "app/EntryRoutine.h"
+
+#include "app/AppContext.h"
+#include "app/CommandLine.h"
+#include "app/RecordingScreens.h"
+#include "app/TestMachine.h"
+#include "support/Environment.h"
+
+#include <QDir>
+#include <QLocale>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+QString Q(const char* text) {
+    return QString::fromLatin1(text);
+}
+
+/// One start of the program on a machine.
+struct Start {
+    explicit Start(TestMachine& machine, const QStringList& arguments = {})
+        : Arguments(arguments), Seams(machine.Seams()), Context(Seams), Screens(Context.AppBusyState) {}
+    bool Run() { return EntryRoutine(Context, Seams, Screens, Arguments).Run(); }
+
+    CommandLine Arguments;
+    Machine Seams;
+    AppContext Context;
+    RecordingScreens Screens;
+};
+
+const QStringList WholeStart = {
+    Q("ShowSplash 2"), Q("RepaintSplash 2"), Q("RepaintSplash 2"), Q("LoadMain 2"),
+    Q("HideSplash 2"), Q("DropSplash 2"),    Q("ShowMain 0"),      Q("ContactListFocus home 0"),
+    Q("RepaintMain 0")};
+
+}  // namespace
+
+TEST(EntryRoutine, HasNineteenStepsInThisOrder) {
+    TestMachine machine;
+    Start start(machine);
+    EntryRoutine entry(start.Context, start.Seams, start.Screens, start.Arguments);
+    EXPECT_EQ(
+        StepNames(entry.Steps()),
+        (QStringList{Q("StartFileLog"), Q("CheckPreviousInstance"), Q("SetBusyStartingUp"),
+                     Q("ReadLocaleCountry"), Q("CreateSettings"), Q("CheckSetupWizard"), Q("ProcessEvents"),
+                     Q("ShowSplash"), Q("OpenOutbox"), Q("RepaintSplash"), Q("LoadSortBy"),
+                     Q("OpenPhonebook"), Q("CheckPhonebookWizard"), Q("BindHelpFile"), Q("LoadMain"),
+                     Q("WriteInstanceHandle"), Q("DropSplash"), Q("SetBusyIdle"), Q("ShowMain")}));
+}
+
+TEST(EntryRoutine, AConfiguredStartGoesFromSplashToMainWindowAndEndsIdle) {
+    TestMachine machine;
+    machine.StoreOffice();
+    Start start(machine);
+    EXPECT_TRUE(start.Run());
+    EXPECT_EQ(start.Screens.Calls, WholeStart);
+    EXPECT_EQ(start.Context.AppBusyState.Value(), Busy::Idle);
+    EXPECT_TRUE(start.Context.PhonebookDB->IsConnected());
+    EXPECT_FALSE(start.Context.OutboxDB->IsConnected()) << "the outbox is not left open";
+}
+
+TEST(EntryRoutine, EventsAreLetThroughInTheSmallFixedCounts) {
+    TestMachine machine;
+    machine.StoreOffice();
+    machine.Office.Pump.Calls.clear();
+    Start start(machine);
+    ASSERT_TRUE(start.Run());
+    EXPECT_EQ(machine.Office.Pump.Calls, (QList<int>{4, 2, 3, 4, 2, 2}));
+}
+
+TEST(EntryRoutine, AStepThatFailsIsSkippedAndTheNextOneRuns) {
+    for (const QString& failing : {Q("ShowSplash"), Q("LoadMain"), Q("HideSplash")}) {
+        TestMachine machine;
+        machine.StoreOffice();
+        Start start(machine);
+        start.Screens.Failing = failing;
+        EXPECT_TRUE(start.Run());
+        EXPECT_TRUE(start.Screens.Calls.contains(Q("ShowMain 0"))) << failing.toStdString();
+        EXPECT_EQ(start.Context.AppBusyState.Value(), Busy::Idle);
+    }
+}
+
+TEST(EntryRoutine, ErrorSwitchInCapitalsTurnsTheFileLogOn) {
+    TestMachine machine;
+    machine.StoreOffice();
+    Start start(machine, {Q("/ERROR")});
+    ASSERT_TRUE(start.Run());
+    const auto log = machine.Office.Files.Read(machine.Office.Folders.ApplicationFolder() + Q("applog.txt"));
+    ASSERT_TRUE(log);
+    EXPECT_TRUE(log->contains("Application started at 07/Mar/2026 14:30:15")) << log->constData();
+}
+
+TEST(EntryRoutine, WithoutTheErrorSwitchThereIsNoFileLog) {
+    TestMachine machine;
+    machine.StoreOffice();
+    Start start(machine, {Q("--data"), machine.Office.DataFolder.path()});
+    ASSERT_TRUE(start.Run());
+    EXPECT_FALSE(machine.Office.Files.Exists(machine.Office.Folders.ApplicationFolder() + Q("applog.txt")));
+}
+
+TEST(EntryRoutine, AFullDiskUnderTheLogDoesNotStopTheStart) {
+    TestMachine machine;
+    machine.StoreOffice();
+    machine.Office.Files.WritesLeft = 0;
+    Start start(machine, {Q("/error")});
+    EXPECT_TRUE(start.Run());
+    EXPECT_EQ(start.Screens.Calls, WholeStart);
+}
+
+TEST(EntryRoutine, ASecondStartActivatesTheFirstAndEndsAtOnce) {
+    TestMachine machine;
+    machine.StoreOffice();
+    machine.OneCopy.IsPrevious = true;
+    machine.Desktop.Add(12, Q("LarkspanMainForm"), Q("Larkspan Messenger"));
+    Start start(machine);
+    EXPECT_FALSE(start.Run());
+    EXPECT_TRUE(start.Screens.Calls.isEmpty());
+    EXPECT_EQ(machine.Desktop.Calls, (QStringList{Q("show request to 12"), Q("foreground 12")}));
+    EXPECT_EQ(start.Context.PhonebookDB, nullptr) << "nothing was opened";
+}
+
+TEST(EntryRoutine, ASecondStartDoesNotTouchTheSettingsOfTheFirst) {
+    TestMachine machine;
+    machine.StoreOffice();
+    machine.OneCopy.IsPrevious = true;
+    Start start(machine, {Q("--data"), machine.Office.DataFolder.path()});
+    TestMachine::Store(SettingNames::SectionDB, SettingNames::Outbox, Q("elsewhere"));
+    EXPECT_FALSE(start.Run());
+    EXPECT_EQ(TestMachine::Stored(SettingNames::SectionDB, SettingNames::Outbox), Q("elsewhere"));
+}
+
+TEST(EntryRoutine, AfterACrashTheStaleHandleIsNotUsed) {
+    TestMachine machine;
+    machine.StoreOffice();
+    ASSERT_TRUE(machine.Office.Files.Replace(machine.Office.Folders.TempFolder() + Q("hwnd.sms"), "99\r\n"));
+    Start start(machine);
+    EXPECT_TRUE(start.Run());
+    EXPECT_TRUE(machine.Desktop.Calls.isEmpty()) << "no window was asked for anything";
+}
+
+TEST(EntryRoutine, TheCountryIsThatOfTheUsersLocaleOrIE) {
+    TestMachine machine;
+    Start start(machine);
+    const QLocale before;
+    for (const auto& [locale, country] : {std::pair(Q("en_US"), Q("US")), std::pair(Q("en_GB"), Q("GB")),
+                                          std::pair(Q("de_CH"), Q("CH")), std::pair(Q("C"), Q("IE"))}) {
+        QLocale::setDefault(QLocale(locale));
+        start.Context.ReadLocaleCountry();
+        EXPECT_EQ(start.Context.LocaleCountry, country);
+    }
+    QLocale::setDefault(before);
+}
+
+TEST(EntryRoutine, AFirstRunWithoutSettingsRunsTheSetupWizard) {
+    TestMachine machine;
+    Start start(machine);
+    start.Screens.IsSetupFinished = false;
+    EXPECT_FALSE(start.Run());
+    EXPECT_EQ(start.Screens.Calls, QStringList{Q("RunSetupWizard 1")}) << "in busy state 1";
+    EXPECT_EQ(start.Context.PhonebookDB, nullptr) << "the process ends before any database was opened";
+    EXPECT_EQ(TestMachine::Stored(SettingNames::SectionSetup, SettingNames::RunWizard), Q("(none)"));
+}
+
+TEST(EntryRoutine, AFinishedSetupWizardIsNotedAndTheStartGoesOn) {
+    TestMachine machine;
+    TestMachine::Store(SettingNames::SectionDB, SettingNames::Outbox, machine.Office.DataFolder.path());
+    Start start(machine);
+    EXPECT_TRUE(start.Run());
+    EXPECT_EQ(start.Screens.Calls.first(), Q("RunSetupWizard 1"));
+    EXPECT_EQ(TestMachine::Stored(SettingNames::SectionSetup, SettingNames::RunWizard), Q("0"));
+}
+
+TEST(EntryRoutine, AfterTheWizardADeletedPhonebookFileMakesItRunAgain) {
+    TestMachine machine;
+    machine.StoreOffice();
+    machine.Office.PhonebookDB().CloseDatabase();
+    ASSERT_TRUE(QFile::remove(machine.Office.PhonebookPath()));
+    Start start(machine);
+    start.Screens.IsSetupFinished = false;
+    EXPECT_FALSE(start.Run());
+    EXPECT_EQ(start.Screens.Calls, QStringList{Q("RunSetupWizard 1")});
+}
+
+TEST(EntryRoutine, WithoutAnyConfiguredFolderTheSetupWizardRuns) {
+    TestMachine machine;
+    TestMachine::Store(SettingNames::SectionSetup, SettingNames::RunWizard, Q("0"));
+    Start start(machine);
+    start.Screens.IsSetupFinished = false;
+    EXPECT_FALSE(start.Run());
+}
+
+TEST(EntryRoutine, WizardInCapitalsForcesTheSetupWizardButNotByItselfThePhonebookWizard) {
+    TestMachine machine;
+    machine.StoreOffice();
+    Start capitals(machine, {Q("/WIZARD")});
+    EXPECT_TRUE(capitals.Run());
+    EXPECT_TRUE(capitals.Screens.Calls.contains(Q("RunSetupWizard 1")));
+    EXPECT_FALSE(capitals.Screens.Calls.join(u' ').contains(Q("RunPhonebookWizard")));
+    Start lower(machine, {Q("/wizard")});
+    EXPECT_TRUE(lower.Run());
+    EXPECT_TRUE(lower.Screens.Calls.contains(Q("RunSetupWizard 1")));
+    EXPECT_TRUE(lower.Screens.Calls.join(u' ').contains(Q("RunPhonebookWizard")));
+}
+
+TEST(EntryRoutine, TheConfigRowCanAskForThePhonebookWizard) {
+    TestMachine machine;
+    machine.StoreOffice();
+    machine.Office.ExecuteOnPhonebook(Q("UPDATE Config SET cfgRunWizard = 1"));
+    machine.Office.Pump.Calls.clear();
+    Start start(machine);
+    EXPECT_TRUE(start.Run());
+    EXPECT_TRUE(start.Screens.Calls.join(u' ').contains(Q("RunPhonebookWizard")));
+    EXPECT_EQ(machine.Office.Pump.Calls, (QList<int>{4, 2, 3, 3, 4, 2, 2}));
+}
+
+TEST(EntryRoutine, WithoutAConfigRowNoPhonebookWizardRuns) {
+    TestMachine machine;
+    machine.StoreOffice();
+    machine.Office.ExecuteOnPhonebook(Q("DROP TABLE Config"));
+    Start start(machine, {Q("/wizard")});
+    EXPECT_TRUE(start.Run());
+    EXPECT_FALSE(start.Screens.Calls.join(u' ').contains(Q("RunPhonebookWizard")));
+}
+
+TEST(EntryRoutine, AnOutboxThatCannotBeOpenedIsPassedOverInSilence) {
+    TestMachine machine;
+    machine.StoreOffice();
+    ASSERT_TRUE(QFile::remove(machine.Office.OutboxPath()));
+    Start start(machine);
+    EXPECT_TRUE(start.Run());
+    EXPECT_EQ(start.Screens.Calls, WholeStart);
+    EXPECT_EQ(start.Context.MaxMessageSize, 160);
+    EXPECT_TRUE(machine.Office.Boxes.Shown.isEmpty());
+}
+
+TEST(EntryRoutine, APhonebookThatCannotBeOpenedShowsItsBoxAndTheStartGoesOn) {
+    TestMachine machine;
+    machine.StoreOffice();
+    machine.Office.PhonebookDB().CloseDatabase();
+    QFile file(machine.Office.PhonebookPath());
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.write("this is no phonebook, and long enough to have no header of one");
+    file.close();
+    machine.Office.Boxes.Expect();
+    Start start(machine);
+    EXPECT_TRUE(start.Run());
+    ASSERT_EQ(machine.Office.Boxes.Shown.size(), 1);
+    const BoxRequest& box = machine.Office.Boxes.Shown.first();
+    EXPECT_EQ(box.Title, Q("Larkspan Messenger"));
+    EXPECT_EQ(box.Icon, BoxIcon::Critical);
+    EXPECT_TRUE(box.Text.startsWith(Q("The Phonebook could not be opened.\r\nGE:0x80004005")))
+        << box.Text.toStdString();
+    EXPECT_EQ(start.Screens.Calls, WholeStart);
+    EXPECT_EQ(start.Context.cfgVersion, 1);
+    EXPECT_TRUE(start.Context.cfgCompany.isEmpty());
+}
+
+TEST(EntryRoutine, TheSortOrderComesFromTheSettings) {
+    for (const auto& [stored, order] : {std::pair(Q("1"), 1), std::pair(Q("0"), 0), std::pair(Q("x"), 0)}) {
+        TestMachine machine;
+        machine.StoreOffice();
+        TestMachine::Store(SettingNames::SectionDefaults, SettingNames::SortBy, stored);
+        Start start(machine);
+        ASSERT_TRUE(start.Run());
+        EXPECT_EQ(start.Context.SortBy, order);
+    }
+}
+
+TEST(EntryRoutine, AHelpFileInTheApplicationFolderIsBoundAndAMissingOneIsNot) {
+    TestMachine machine;
+    machine.StoreOffice();
+    Start without(machine);
+    ASSERT_TRUE(without.Run());
+    EXPECT_TRUE(without.Context.HelpFile.isEmpty());
+    const QString path = machine.Office.Folders.ApplicationFolder() + Q("larkspan.chm");
+    ASSERT_TRUE(machine.Office.Files.Replace(QDir::fromNativeSeparators(path), "help"));
+    Start with(machine);
+    ASSERT_TRUE(with.Run());
+    EXPECT_FALSE(with.Context.HelpFile.isEmpty());
+}
+
+TEST(EntryRoutine, TheHandleOfTheMainWindowIsWrittenToTheTemporaryFolder) {
+    TestMachine machine;
+    machine.StoreOffice();
+    const QTemporaryDir temp;
+    machine.Office.Folders.Temp = temp.path() + u'/';
+    Start start(machine);
+    ASSERT_TRUE(start.Run());
+    EXPECT_EQ(machine.Office.Files.Read(temp.filePath(Q("hwnd.sms"))), QByteArray("4711\r\n"));
+}
+
+TEST(EntryRoutine, WithTempUnsetTheHandleIsWrittenToTheApplicationFolder) {
+    TestMachine machine;
+    machine.StoreOffice();
+    const EnvironmentVariable temp("TEMP");
+    const EnvironmentVariable home("LARKSPAN_HOME", machine.Office.Folders.Root.path().toLocal8Bit());
+    SystemFolders folders;
+    Start start(machine);
+    Machine seams = start.Seams;
+    const Machine real{seams.Time,    seams.Pump,   seams.Keys,          seams.Beeper, seams.Boxes,
+                       seams.Door,    folders,      seams.NetworkDrives, seams.Files,  seams.Desktop,
+                       seams.OneCopy, seams.Engine, seams.Page,          seams.AppLog};
+    ASSERT_TRUE(EntryRoutine(start.Context, real, start.Screens, start.Arguments).Run());
+    EXPECT_EQ(machine.Office.Files.Read(machine.Office.Folders.Root.filePath(Q("hwnd.sms"))),
+              QByteArray("4711\r\n"));
+}
+
+TEST(EntryRoutine, TheDataOptionConfiguresTheFolderAndNoWizardIsNeeded) {
+    TestMachine machine;
+    TestMachine::Store(SettingNames::SectionDB, SettingNames::Contacts, Q("/somewhere/else.mdb"));
+    Start start(machine, {Q("--data"), machine.Office.DataFolder.path()});
+    EXPECT_TRUE(start.Run());
+    EXPECT_EQ(start.Screens.Calls, WholeStart);
+    EXPECT_EQ(TestMachine::Stored(SettingNames::SectionDB, SettingNames::Outbox),
+              machine.Office.DataFolder.path());
+    EXPECT_EQ(start.Context.PhonebookDB->IsConnected(), true);
+}
