@@ -9,8 +9,7 @@
 
 #include <QBoxLayout>
 
-ContactListPanel::ContactListPanel(ContactButtonsPanel* buttons, QWidget* parent)
-    : QWidget(parent), m_lvContacts(new ListView(this)) {
+ContactListPanel::ContactListPanel(QWidget* parent) : QWidget(parent), m_lvContacts(new ListView(this)) {
     m_lvContacts->setObjectName(QStringLiteral("lvContacts"));
     m_lvContacts->setAccessibleName(tr("Contacts"));
     m_lvContacts->setAlternatingRowColors(true);
@@ -18,6 +17,7 @@ ContactListPanel::ContactListPanel(ContactButtonsPanel* buttons, QWidget* parent
     m_lvContacts->SetDragOut(true);
     m_cmdSortBy =
         new ShrinkButton(QStringLiteral("cmdSortBy"), QString(), QStringLiteral("F"), QString(), this);
+    m_buttons = new ContactButtonsPanel(this);
     m_cmdSearch = new ShrinkButton(QStringLiteral("cmdSearch"), QStringLiteral("search"), tr("Search"),
                                    QStringLiteral(" Search Contacts "), this);
     m_cmdPrint = new ShrinkButton(QStringLiteral("cmdPrint"), QStringLiteral("print"), tr("Print"),
@@ -27,7 +27,7 @@ ContactListPanel::ContactListPanel(ContactButtonsPanel* buttons, QWidget* parent
     auto* row = new QHBoxLayout;
     row->setSpacing(2);
     row->addWidget(m_cmdSortBy);
-    row->addWidget(buttons);
+    row->addWidget(m_buttons);
     row->addStretch(1);
     row->addWidget(m_cmdSearch);
     row->addWidget(m_cmdPrint);

@@ -7,15 +7,15 @@ class ContactList;
 class ListView;
 class ShrinkButton;
 
-/// The list of contacts, and below it the row of buttons that belong to it.
+/// The list of contacts, and below it the row of buttons that belong to it and to its contacts.
 class ContactListPanel : public QWidget {
     Q_OBJECT
 public:
-    /// `buttons` takes its place in the row of buttons.
-    explicit ContactListPanel(ContactButtonsPanel* buttons, QWidget* parent = nullptr);
+    explicit ContactListPanel(QWidget* parent = nullptr);
 
     [[nodiscard]] ListView& lvContacts() { return *m_lvContacts; }
     [[nodiscard]] const ListView& lvContacts() const { return *m_lvContacts; }
+    [[nodiscard]] ContactButtonsPanel& Buttons() { return *m_buttons; }
     [[nodiscard]] ShrinkButton& cmdSortBy() { return *m_cmdSortBy; }
 
     /// One row a contact, in the order of the list.
@@ -26,6 +26,7 @@ public:
 private:
     ListView* m_lvContacts;
     ShrinkButton* m_cmdSortBy;
+    ContactButtonsPanel* m_buttons;
     ShrinkButton* m_cmdSearch;
     ShrinkButton* m_cmdPrint;
 };

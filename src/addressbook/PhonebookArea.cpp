@@ -40,8 +40,7 @@ PhonebookArea::PhonebookArea(PhonebookSide side, QWidget* parent) : QFrame(paren
 }
 
 void PhonebookArea::PlacePanels() {
-    auto* buttons = new ContactButtonsPanel;
-    m_list = new ContactListPanel(buttons);
+    m_list = new ContactListPanel;
     m_tabs = new GroupTabsPanel(m_side, m_list, this);
     m_details = new ContactDetailPanel(this);
     m_details->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
@@ -60,8 +59,7 @@ void PhonebookArea::ConnectPanels() {
     connect(contacts, &ListView::EnterPressed, this, &PhonebookArea::AddSelectedToRecipients);
     connect(contacts, &ListView::DeletePressed, this, &PhonebookArea::DeleteSelectedContacts);
     connect(contacts, &ListView::ContextMenuRequested, this, &PhonebookArea::ShowContactMenu);
-    auto* buttons = m_list->findChild<ContactButtonsPanel*>();
-    connect(buttons, &ContactButtonsPanel::DeleteClicked, this, &PhonebookArea::DeleteSelectedContacts);
+    connect(&m_list->Buttons(), &ContactButtonsPanel::DeleteClicked, this, &PhonebookArea::DeleteSelectedContacts);
 }
 
 ListView& PhonebookArea::Contacts() {

@@ -181,6 +181,12 @@ void ListView::keyPressEvent(QKeyEvent* event) {
         SelectAllRows();
         return;
     }
+    if (event->key() == Qt::Key_Home && event->modifiers() == Qt::NoModifier && m_rows->Count() > 0) {
+        // Qt leaves the first row alone when the cursor is there already, selected or not.
+        SelectKey(m_rows->At(0).Key);
+        Q_EMIT ItemClicked(CurrentKey());
+        return;
+    }
     const QPersistentModelIndex before = currentIndex();
     QListView::keyPressEvent(event);
     if (currentIndex().isValid() && currentIndex() != before) {

@@ -1,0 +1,173 @@
+#include "PhonebookOffice.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QDropEvent>
+#include <QMimeData>
+
+AnsweringDoor::~AnsweringDoor() {
+    EXPECT_TRUE(m_dialogs.isEmpty()) << m_dialogs.size() << " expected dialog(s) did not come";
+    EXPECT_TRUE(m_choices.isEmpty()) << m_choices.size() << " expected menu(s) did not come";
+}
+
+void AnsweringDoor::ExpectName(const QString& name, Qt::Key end) {
+    ExpectDialog([name, end](QDialog& dialog) {
+        auto* box = dialog.findChild<QLineEdit*>(QStringLiteral("txtName"));
+        ASSERT_NE(box, nullptr);
+        box->selectAll();
+        QTest::keyClick(box, Qt::Key_Backspace);
+        QTest::keyClicks(box, name);
+        QTest::keyClick(box, end);
+        EXPECT_FALSE(dialog.isVisible());
+    });
+}
+
+void AnsweringDoor::ShowModal(QDialog& dialog, QWidget* owner) {
+    EXPECT_NE(owner, nullptr);
+    if (m_dialogs.isEmpty()) {
+        ADD_FAILURE() << "unexpected dialog: " << dialog.windowTitle().toStdString();
+        return;
+    }
+    dialog.show();
+    m_dialogs.takeFirst()(dialog);
+    dialog.hide();
+}
+
+QAction* AnsweringDoor::ShowMenu(QMenu& menu, const QPoint&) {
+    QStringList texts;
+    QAction* chosen = nullptr;
+    const QString choice = m_choices.isEmpty() ? QString() : m_choices.takeFirst();
+    const std::function<void(QMenu&, const QString&)> read = [&](QMenu& part, const QString& prefix) {
+        const QList<QAction*> entries = part.actions();
+        for (QAction* entry : entries) {
+            const QString text =
+                prefix + QString(entry->text()).replace(QStringLiteral("&&"), QStringLiteral("&"));
+            if (entry->menu() != nullptr) {
+                read(*entry->menu(), text + QStringLiteral(" > "));
+            } else if (entry->isSeparator()) {
+                texts.append(prefix + u'-');
+            } else {
+                texts.append(entry->isEnabled() ? text : u'(' + text + u')');
+                chosen = text == choice && entry->isEnabled() ? entry : chosen;
+            }
+        }
+    };
+    read(menu, QString());
+    Menus.append(texts);
+    EXPECT_TRUE(choice.isEmpty() || chosen != nullptr)
+        << "no entry " << choice.toStdString() << " in " << texts.join(u',').toStdString();
+    return chosen;
+}
+
+PhonebookOffice::PhonebookOffice() : AppLog(Office.Files, Office.Time) {
+    AppLog.LogToFile(Office.DataFolder.filePath(QStringLiteral("applog.txt")));
+}
+
+void PhonebookOffice::Start() {
+    Area = std::make_unique<PhonebookArea>(
+        PhonebookSide{Office.Phonebook(), AddressContacts, SortBy, LocaleCountry, IsInitialising, Host, Door,
+                      Office.Boxes, Office.Pump, AppLog, Office.Time, Office.Sound, Office.AppSettings});
+    Area->resize(440, 560);
+    IsInitialising = true;
+    Area->InitAlphaTabs();
+    Area->InitGroupTabs();
+    Area->InitUserHeaders();
+    Area->InitSortBy();
+    IsInitialising = false;
+    Area->ShowGroup();
+    Area->show();
+    QApplication::processEvents();
+}
+
+QStringList PhonebookOffice::TabCaptions() {
+    QStringList captions;
+    for (int tab = 0; tab < tabGroup().Count(); ++tab) {
+        captions.append(tabGroup().Caption(tab));
+    }
+    return captions;
+}
+
+QStringList PhonebookOffice::TabTags() {
+    QStringList tags;
+    for (int tab = 0; tab < tabGroup().Count(); ++tab) {
+        tags.append(tabGroup().Tag(tab));
+    }
+    return tags;
+}
+
+int PhonebookOffice::TabNamed(const QString& caption) {
+    const int tab = static_cast<int>(TabCaptions().indexOf(caption));
+    EXPECT_GE(tab, 0) << "no tab " << caption.toStdString();
+    return qMax(0, tab);
+}
+
+void PhonebookOffice::ClickTab(const QString& caption, Qt::MouseButton button) {
+    Office.Time.Time = Office.Time.Time.addSecs(10);
+    QTest::mouseClick(&tabGroup(), button, Qt::NoModifier, tabGroup().TabRect(TabNamed(caption)).center());
+}
+
+void PhonebookOffice::DoubleClickTab(const QString& caption) {
+    ClickTab(caption);
+    const QPoint place = tabGroup().TabRect(TabNamed(caption)).center();
+    QTest::mouseDClick(&tabGroup(), Qt::LeftButton, Qt::NoModifier, place);
+    QTest::mouseRelease(&tabGroup(), Qt::LeftButton, Qt::NoModifier, place);
+}
+
+void PhonebookOffice::ClickLetter(const QString& letter) {
+    for (int tab = 0; tab < tabAlpha().Count(); ++tab) {
+        if (tabAlpha().Caption(tab) == letter) {
+            QTest::mouseClick(&tabAlpha(), Qt::LeftButton, Qt::NoModifier, tabAlpha().TabRect(tab).center());
+            return;
+        }
+    }
+    ADD_FAILURE() << "no letter " << letter.toStdString();
+}
+
+void PhonebookOffice::DropOn(const QString& caption, const QString& text) {
+    QMimeData data;
+    data.setText(text);
+    const QPoint place =
+        caption.isEmpty() ? tabGroup().rect().bottomRight() : tabGroup().TabRect(TabNamed(caption)).center();
+    QDragEnterEvent enter(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&tabGroup(), &enter);
+    QDragMoveEvent move(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&tabGroup(), &move);
+    QDropEvent drop(QPointF(place), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&tabGroup(), &drop);
+}
+
+QStringList PhonebookOffice::Names() {
+    QStringList names;
+    for (int row = 0; row < lvContacts().Rows().Count(); ++row) {
+        names.append(lvContacts().Rows().At(row).Text);
+    }
+    return names;
+}
+
+void PhonebookOffice::SelectRows(std::initializer_list<int> rows) {
+    lvContacts().UnselectAllRows();
+    for (const int row : rows) {
+        lvContacts().selectionModel()->select(lvContacts().Rows().index(row), QItemSelectionModel::Select);
+    }
+}
+
+void PhonebookOffice::ClickRow(int row, Qt::MouseButton button) {
+    const QPoint place = lvContacts().visualRect(lvContacts().Rows().index(row)).center();
+    QTest::mouseClick(lvContacts().viewport(), button, Qt::NoModifier, place);
+}
+
+void PhonebookOffice::DoubleClickRow(int row) {
+    ClickRow(row);
+    const QPoint place = lvContacts().visualRect(lvContacts().Rows().index(row)).center();
+    QTest::mouseDClick(lvContacts().viewport(), Qt::LeftButton, Qt::NoModifier, place);
+    QTest::mouseRelease(lvContacts().viewport(), Qt::LeftButton, Qt::NoModifier, place);
+}
+
+void PhonebookOffice::Press(QStringView button) {
+    QTest::mouseClick(&Control<QAbstractButton>(button), Qt::LeftButton);
+}
+
+QString PhonebookOffice::LogText() {
+    return QString::fromUtf8(
+        Office.Files.Read(Office.DataFolder.filePath(QStringLiteral("applog.txt"))).value_or(QByteArray()));
+}

@@ -1,0 +1,131 @@
+#pragma once
+
+#include "addressbook/ContactList.h"
+#include "addressbook/PhonebookArea.h"
+#include "addressbook/PhonebookHost.h"
+#include "addressbook/PhonebookSide.h"
+#include "addressbook/frmTabName.h"
+#include "controls/ListView.h"
+#include "controls/ModalDoor.h"
+#include "controls/TabControl.h"
+#include "core/Log.h"
+#include "support/TempOffice.h"
+
+#include <QDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPointer>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <ostream>
+
+/// Texts that a failing comparison can be read by.
+inline void PrintTo(const QString& text, std::ostream* stream) {
+    *stream << '"' << text.toStdString() << '"';
+}
+inline void PrintTo(const QStringList& texts, std::ostream* stream) {
+    *stream << '[' << texts.join(QStringLiteral(" | ")).toStdString() << ']';
+}
+
+/// The rest of the window: writes down what it is asked.
+class RecordingHost final : public PhonebookHost {
+public:
+    QList<QStringList> Added;
+    QList<qint32> DroppedGroups;
+    QList<int> ScrolledTo;
+    struct Updated {
+        QString Key;
+        QString ToolTip;
+    };
+    QList<Updated> UpdatedRecipients;
+    int Refreshes = 0;
+    int StateUpdates = 0;
+    QList<bool> PasswordsAsked;
+    bool IsPasswordRight = true;
+
+    void AddKeysToRecipients(const QStringList& keys) override { Added.append(keys); }
+    void DropGroupByID(qint32 groupID) override { DroppedGroups.append(groupID); }
+    void ScrollRecipientsTo(int index) override { ScrolledTo.append(index); }
+    void UpdateRecipient(const Contact& contact, const QString& toolTip) override {
+        UpdatedRecipients.append({contact.Key, toolTip});
+    }
+    void RefreshRecipientList() override { ++Refreshes; }
+    void UpdateStateDisplay() override { ++StateUpdates; }
+    bool IsPasswordOK(bool hidden) override {
+        PasswordsAsked.append(hidden);
+        return IsPasswordRight;
+    }
+};
+
+/// Answers dialogs and menus in the order that was prepared. One that was not expected fails the test, and so
+/// does a prepared answer that was not used.
+class AnsweringDoor final : public ModalDoor {
+public:
+    /// The entries of each menu shown, submenus as "text > entry"; a greyed entry stands in brackets.
+    QList<QStringList> Menus;
+
+    ~AnsweringDoor() override;
+    void ExpectDialog(std::function<void(QDialog&)> answer) { m_dialogs.append(std::move(answer)); }
+    /// Types into the dialog's text box as a person does, then presses the key.
+    void ExpectName(const QString& name, Qt::Key end = Qt::Key_Return);
+    /// Chooses the entry with this text; the empty text dismisses the menu.
+    void ExpectMenu(const QString& choice) { m_choices.append(choice); }
+
+    void ShowModal(QDialog& dialog, QWidget* owner) override;
+    QAction* ShowMenu(QMenu& menu, const QPoint& position) override;
+
+private:
+    QList<std::function<void(QDialog&)>> m_dialogs;
+    QStringList m_choices;
+};
+
+/// The phonebook side of the window on a real office, started as the main window starts it.
+class PhonebookOffice : public ::testing::Test {
+protected:
+    PhonebookOffice();
+
+    /// Shows the area and fills it; called again it is the next run of the program.
+    void Start();
+
+    template <typename T>
+    T& Control(QStringView name) {
+        T* found = Area->findChild<T*>(name.toString());
+        EXPECT_NE(found, nullptr) << "no control " << name.toString().toStdString();
+        return *found;
+    }
+    TabControl& tabGroup() { return Control<TabControl>(u"tabGroup"); }
+    TabControl& tabAlpha() { return Control<TabControl>(u"tabAlpha"); }
+    ListView& lvContacts() { return Control<ListView>(u"lvContacts"); }
+    [[nodiscard]] QString LabelText(QStringView name) { return Control<QLabel>(name).text(); }
+
+    [[nodiscard]] QStringList TabCaptions();
+    [[nodiscard]] QStringList TabTags();
+    [[nodiscard]] int TabNamed(const QString& caption);
+    /// Presses and releases on a tab, long after the press before.
+    void ClickTab(const QString& caption, Qt::MouseButton button = Qt::LeftButton);
+    void DoubleClickTab(const QString& caption);
+    void ClickLetter(const QString& letter);
+    void DropOn(const QString& caption, const QString& text);
+
+    [[nodiscard]] QStringList Names();
+    void SelectRows(std::initializer_list<int> rows);
+    void ClickRow(int row, Qt::MouseButton button = Qt::LeftButton);
+    void DoubleClickRow(int row);
+    void Press(QStringView button);
+    [[nodiscard]] QString LogText();
+
+    TempOffice Office;
+    ContactList AddressContacts;
+    qint32 SortBy = 0;
+    QString LocaleCountry = QStringLiteral("IE");
+    bool IsInitialising = false;
+    RecordingHost Host;
+    AnsweringDoor Door;
+    Log AppLog;
+    std::unique_ptr<PhonebookArea> Area;
+};
