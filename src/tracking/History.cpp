@@ -31,7 +31,7 @@ void StripLeadingBlanks(char* field, qsizetype width) {
     while (blanks < width && field[blanks] == ' ') {
         ++blanks;
     }
-    if (blanks == 0 || blanks == width) {
+    if (blanks == 0) {
         return;
     }
     std::memmove(field, field + blanks, static_cast<size_t>(width - blanks));

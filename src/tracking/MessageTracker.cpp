@@ -30,20 +30,16 @@ private:
     bool m_before;
 };
 
-/// Closes the outbox at its end, if this poll opened it and it is still the same.
+/// The outbox, open: as it was found, or opened for this poll and closed at its end. The one that was opened
+/// is closed also if another has taken its place meanwhile (a replaced one lives on while it is in use).
 class OpenedOutbox {
 public:
-    explicit OpenedOutbox(OutboxState& outbox) : m_outbox(outbox) {
-        DB* const database = outbox.OutboxDB.get();
-        m_isOpen = database != nullptr && database->IsConnected();
-        if (database != nullptr && !m_isOpen && database->OpenDatabase(engine::Mode::ReadShared)) {
-            m_isOpen = true;
-            m_opened = database;
-        }
+    explicit OpenedOutbox(DB& database) : m_database(database), m_wasOpen(database.IsConnected()) {
+        m_isOpen = m_wasOpen || database.OpenDatabase(engine::Mode::ReadShared);
     }
     ~OpenedOutbox() {
-        if (m_opened != nullptr && m_opened == m_outbox.OutboxDB.get()) {
-            m_opened->CloseDatabase();
+        if (!m_wasOpen && m_isOpen) {
+            m_database.CloseDatabase();
         }
     }
     OpenedOutbox(const OpenedOutbox&) = delete;
@@ -52,9 +48,9 @@ public:
     [[nodiscard]] bool IsOpen() const { return m_isOpen; }
 
 private:
-    OutboxState& m_outbox;
-    bool m_isOpen = false;
-    DB* m_opened = nullptr;
+    DB& m_database;
+    bool m_wasOpen;
+    bool m_isOpen;
 };
 
 }  // namespace
@@ -171,11 +167,15 @@ QString MessageTracker::PendingFilter() const {
 }
 
 bool MessageTracker::ReadStatus(const QString& filter) {
-    const OpenedOutbox opened(m_outbox);
+    if (m_outbox.OutboxDB == nullptr) {
+        return false;
+    }
+    DB& database = *m_outbox.OutboxDB;
+    const OpenedOutbox opened(database);
     if (!opened.IsOpen()) {
         return false;
     }
-    const auto rows = m_outbox.OutboxDB->OpenDynaset(
+    const auto rows = database.OpenDynaset(
         QStringLiteral("SELECT msgID, msgStatus, msgDeliveryTime FROM Message WHERE ") + filter,
         engine::CursorType::ForwardOnly, engine::LockType::ReadOnly);
     if (rows == nullptr) {

@@ -475,6 +475,19 @@ TEST_F(MessageTrackerTest, AnOutboxThatIsReplacedDuringAPollIsLeftAsItsNewUserWa
     EXPECT_TRUE(Outbox.OutboxDB->IsConnected());
 }
 
+TEST_F(MessageTrackerTest, AnOutboxThatIsReplacedWhileItIsOpenedIsNotLeftOpen) {
+    Track(17);
+    Engine.Fail(Operation::Open, engine::Number::FileInUse, 1, 1);
+    Pump.OnProcess = [&](int) {
+        if (Outbox.Replaced.empty()) {
+            Outbox.Replaced.push_back(std::move(Outbox.OutboxDB));
+            Outbox.OutboxDB = std::make_unique<DB>(DBServices{Engine, Time, Pump, Drives, Folders});
+        }
+    };
+    EXPECT_TRUE(Tracker.CheckDB());
+    EXPECT_EQ(Engine.OpenConnections, 0);
+}
+
 TEST_F(MessageTrackerTest, FormatTimeGivesHoursAndMinutes) {
     EXPECT_EQ(MessageTracker::FormatTime(At(9, 7)), u"09:07");
     EXPECT_EQ(MessageTracker::FormatTime(At(23, 59)), u"23:59");
