@@ -38,8 +38,7 @@ QString Settings::GetValue(const QString& section, const QString& key, const QSt
 
 void Settings::SetValue(const QString& section, const QString& key, const QString& value) {
     if (m_store != nullptr) {
-        // A null text would be stored as "no value" and read back as the default.
-        m_store->setValue(FullKey(section, key), value.isNull() ? QStringLiteral("") : value);
+        m_store->setValue(FullKey(section, key), value);
         m_store->sync();
         QFile::setPermissions(m_store->fileName(), QFile::ReadOwner | QFile::WriteOwner);
     }
