@@ -32,9 +32,11 @@ public:
     [[nodiscard]] virtual QByteArrayView FunctionName(Function function) const = 0;
     /// The identity of the last row that this connection inserted.
     [[nodiscard]] virtual QByteArrayView Identity() const = 0;
-    /// Stand around the left side of a division, which is never one of whole numbers.
-    [[nodiscard]] virtual QByteArrayView QuotientBegin() const = 0;
-    [[nodiscard]] virtual QByteArrayView QuotientEnd() const = 0;
+    /// The operator of a division, which is never one of whole numbers.
+    [[nodiscard]] virtual QByteArrayView Division() const = 0;
+    /// How many pieces of unfinished expressions around one place the engine's own reader can hold: an
+    /// opening parenthesis, what stands behind it, an operator.
+    [[nodiscard]] virtual int MaxNesting() const = 0;
 };
 
 }  // namespace engine::sql

@@ -1,6 +1,8 @@
 #include "store/engine/sql/Writer.h"
 
-#include <type_traits>
+#include "store/engine/Error.h"
+
+#include <span>
 
 namespace engine::sql {
 
@@ -175,10 +177,21 @@ private:
                 WriteCall(expression);
                 return;
             default:
-                Put("(");
-                WriteComposite(expression);
-                Put(")");
+                WriteInParentheses([&] { WriteComposite(expression); });
         }
+    }
+
+    /// What `write` writes, one nesting deeper.
+    template <typename Step>
+    void WriteInParentheses(Step write, int pieces = 3) {
+        m_nesting += pieces;
+        if (m_nesting > m_dialect.MaxNesting()) {
+            throw Failure(Number::QueryTooComplex, QStringLiteral("Expression too complex."));
+        }
+        Put("(");
+        write();
+        Put(")");
+        m_nesting -= pieces;
     }
 
     void WriteColumn(const Name& name) {
@@ -190,10 +203,10 @@ private:
     }
 
     void WriteCall(const Expression& call) {
+        constexpr int Pieces = 5;
         Put(m_dialect.FunctionName(call.Called));
-        Put("(");
-        PutList(call.Operands, [this](const Expression& argument) { Write(argument); });
-        Put(")");
+        WriteInParentheses(
+            [&] { PutList(call.Operands, [this](const Expression& argument) { Write(argument); }); }, Pieces);
     }
 
     void WriteComposite(const Expression& expression) {
@@ -213,7 +226,7 @@ private:
                 Write(expression.Operands.front());
                 return;
             case ExpressionKind::Arithmetic:
-                WriteArithmetic(expression, expression.Operands.size());
+                WriteArithmetic(expression);
                 return;
             case ExpressionKind::IsNull:
                 Write(expression.Operands.front());
@@ -235,31 +248,17 @@ private:
             return;
         }
         const std::size_t middle = begin + (end - begin) / 2;
-        Put("(");
-        WriteBalanced(chain, begin, middle, word);
-        Put(")");
+        WriteInParentheses([&] { WriteBalanced(chain, begin, middle, word); });
         Put(word);
-        Put("(");
-        WriteBalanced(chain, middle, end, word);
-        Put(")");
+        WriteInParentheses([&] { WriteBalanced(chain, middle, end, word); });
     }
 
-    /// The first `count` operands, which are the left side of the operator behind them.
-    void WriteArithmetic(const Expression& chain, std::size_t count) {
-        // A quotient wraps all that stands left of it, so the marks of the divisions open first, from the
-        // last one on.
-        for (std::size_t i = count - 1; i > 0; --i) {
-            if (chain.Operators[i - 1] == Operator::Divide) {
-                Put(m_dialect.QuotientBegin());
-            }
-        }
+    void WriteArithmetic(const Expression& chain) {
         Write(chain.Operands.front());
-        for (std::size_t i = 1; i < count; ++i) {
-            if (chain.Operators[i - 1] == Operator::Divide) {
-                Put(m_dialect.QuotientEnd());
-            }
+        for (std::size_t i = 1; i < chain.Operands.size(); ++i) {
+            const Operator operation = chain.Operators[i - 1];
             Put(" ");
-            Put(Symbol(chain.Operators[i - 1]));
+            Put(operation == Operator::Divide ? m_dialect.Division() : Symbol(operation));
             Put(" ");
             Write(chain.Operands[i]);
         }
@@ -281,16 +280,16 @@ private:
             case ExpressionKind::Between:
                 Put("BETWEEN ");
                 Write(operands[1]);
+                m_nesting += 2;
                 Put(" AND ");
                 Write(operands[2]);
+                m_nesting -= 2;
                 return;
             case ExpressionKind::In:
-                Put("IN (");
-                for (std::size_t i = 1; i < operands.size(); ++i) {
-                    Put(i > 1 ? ", " : "");
-                    Write(operands[i]);
-                }
-                Put(")");
+                Put("IN ");
+                WriteInParentheses([&] {
+                    PutList(std::span(operands).subspan(1), [this](const Expression& one) { Write(one); });
+                });
                 return;
             default:
                 Put(isLike ? m_dialect.Like() : Symbol(expression.Operators.front()));
@@ -302,6 +301,7 @@ private:
     const Dialect& m_dialect;
     QByteArrayView m_extraColumn;
     Written m_out;
+    int m_nesting = 0;
 };
 
 }  // namespace

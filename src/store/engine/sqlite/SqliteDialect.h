@@ -16,8 +16,9 @@ public:
     [[nodiscard]] QByteArrayView Like() const override { return "LIKE"; }
     [[nodiscard]] QByteArrayView FunctionName(sql::Function function) const override;
     [[nodiscard]] QByteArrayView Identity() const override { return "last_insert_rowid()"; }
-    [[nodiscard]] QByteArrayView QuotientBegin() const override { return "CAST("; }
-    [[nodiscard]] QByteArrayView QuotientEnd() const override { return " AS REAL)"; }
+    [[nodiscard]] QByteArrayView Division() const override { return "* 1.0 /"; }
+    /// Its reader has a stack of 100, of which the statement around an expression takes some.
+    [[nodiscard]] int MaxNesting() const override { return 80; }
 };
 
 }  // namespace engine::sqlite

@@ -1,0 +1,1 @@
+INSERT INTO Message (msgRecipient, msgAddress, msgText, msgSendTime, msgSignature, msgStation, msgBodyTextSize) VALUES ('O''Neill','+353','x',#07/Mar/2026 14:30:15#,'s','st',12)

@@ -1,0 +1,1 @@
+UPDATE Message SET msgComplete = TRUE, msgStatus = 2, msgErrorReason ='Canceled by user' WHERE msgID = 7 AND msgStatus = 0

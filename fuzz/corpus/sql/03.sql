@@ -1,0 +1,1 @@
+SELECT msgID, msgStatus, msgDeliveryTime FROM Message WHERE msgID = 17 OR msgID = 18

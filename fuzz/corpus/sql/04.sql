@@ -1,0 +1,1 @@
+SELECT TOP 100 msgSendTime, msgID FROM Message WHERE msgSendTime <= #07/Mar/2026 14:31:15# ORDER BY msgSendTime DESC, msgID DESC;

@@ -1,0 +1,1 @@
+SELECT msgID FROM Message WHERE  ORDER BY msgSendTime DESC;

@@ -1,0 +1,1 @@
+SELECT * FROM [qry_Group_Contacts] WHERE grpID = 3

@@ -1,0 +1,1 @@
+SELECT * FROM qry_Contacts_By_Surname WHERE cntSurname LIKE 'O%'

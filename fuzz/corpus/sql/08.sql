@@ -1,0 +1,1 @@
+SELECT * FROM Messagetail ORDER BY LEN(mtlText)

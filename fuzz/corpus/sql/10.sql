@@ -1,0 +1,1 @@
+select * from qry_Report_Message_Log WHERE msgSendTime BETWEEN #01/MAR/2026# AND #07/MAR/2026 23:59:59#

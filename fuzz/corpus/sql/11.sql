@@ -1,0 +1,1 @@
+DELETE FROM GroupMember WHERE grpID = 1 AND cntID = 2

@@ -1,0 +1,1 @@
+SELECT a FROM t WHERE NOT (a + b * -c / 2 >= 5 AND b NOT LIKE '%[x]_' OR c IN (1, 'x', NULL) AND a IS NOT NULL)

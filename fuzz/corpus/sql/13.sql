@@ -1,0 +1,1 @@
+SELECT IIF(LEN(a) > 3, "say ""no""", Max(b)) AS [x y] FROM q GROUP BY a
