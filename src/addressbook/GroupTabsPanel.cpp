@@ -95,6 +95,10 @@ QString GroupTabsPanel::SelectedLetter() const {
     return m_tabAlpha->Selected() >= 0 ? m_tabAlpha->Caption(m_tabAlpha->Selected()) : QString();
 }
 
+void GroupTabsPanel::ShowWhatCounts() {
+    m_tabAlpha->SetQuiet(SelectedCaption() != QStringLiteral("*"));
+}
+
 void GroupTabsPanel::InitAlphaTabs() {
     m_tabAlpha->RemoveAll();
     m_tabAlpha->Insert(0, QStringLiteral("*"));

@@ -33,6 +33,9 @@ public:
     [[nodiscard]] QString SelectedTag() const;
     [[nodiscard]] QString SelectedLetter() const;
 
+    /// The letters count only while the tab "*" is selected, and look so.
+    void ShowWhatCounts();
+
     void InitAlphaTabs();
     /// A step that fails is logged as "InitGrouptabs_Error : ", and the tabs that could be made are there.
     void InitGroupTabs();

@@ -107,6 +107,7 @@ void PhonebookArea::ShowGroup() {
     const auto log = [this](const std::exception& failure) {
         m_side.AppLog.WriteFailure(QStringLiteral("ShowGroup Error: "), failure);
     };
+    m_tabs->ShowWhatCounts();
     ShowContactInfo(QString());
     TrapTo(
         [this] {

@@ -15,6 +15,7 @@ namespace {
 
 /// Blank pixels above and below a row's text.
 constexpr int RowPadding = 3;
+constexpr int ImageSize = 14;
 
 /// Draws a row with the image of its list; all rows have one height.
 class RowDelegate final : public QStyledItemDelegate {
@@ -50,6 +51,7 @@ ListView::ListView(QWidget* parent) : QListView(parent), m_rows(new RowModel(thi
     setModel(m_rows);
     setItemDelegate(new RowDelegate(m_images, this));
     setUniformItemSizes(true);
+    setIconSize(QSize(ImageSize, ImageSize));
     setSelectionMode(QAbstractItemView::ExtendedSelection);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     setVerticalScrollMode(QAbstractItemView::ScrollPerItem);

@@ -11,7 +11,7 @@ ShrinkButton::ShrinkButton(const QString& name, const QString& icon, const QStri
     setText(word);
     setToolTip(tip);
     setAccessibleName(tip.trimmed());
-    setAutoRaise(true);
+    setAutoRaise(!icon.isEmpty());
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     if (!icon.isEmpty()) {
@@ -24,7 +24,7 @@ QSize ShrinkButton::SizeFor(Qt::ToolButtonStyle style) const {
     QStyleOptionToolButton option;
     initStyleOption(&option);
     option.toolButtonStyle = style;
-    const int wordWidth = fontMetrics().horizontalAdvance(text()) + 2 * fontMetrics().averageCharWidth();
+    const int wordWidth = fontMetrics().horizontalAdvance(text()) + fontMetrics().averageCharWidth();
     QSize content(option.iconSize.width(), qMax(option.iconSize.height(), fontMetrics().height()));
     if (style == Qt::ToolButtonTextBesideIcon) {
         content.rwidth() += wordWidth;

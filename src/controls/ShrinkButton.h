@@ -2,7 +2,8 @@
 
 #include <QToolButton>
 
-/// A flat button with an icon and a word, which lets go of the word when the room gets short.
+/// A flat button with an icon and a word, which lets go of the word when the room gets short. Without an icon
+/// it has a frame, and keeps its word.
 class ShrinkButton : public QToolButton {
     Q_OBJECT
 public:

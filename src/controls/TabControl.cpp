@@ -152,6 +152,11 @@ QRect TabControl::TabRect(int position) const {
     return isVisible ? place.Rect.translated(0, -m_firstRow * RowHeight()) : QRect();
 }
 
+void TabControl::SetQuiet(bool quiet) {
+    m_isQuiet = quiet;
+    update();
+}
+
 void TabControl::SetDropIn(std::function<bool(int)> isTarget) {
     m_isDropTarget = std::move(isTarget);
     setAcceptDrops(m_isDropTarget != nullptr);
@@ -278,6 +283,7 @@ TabPaint TabControl::PaintOf(int position) const {
     paint.IsHovered = position == m_hovered;
     paint.IsDropTarget = position == m_dropTarget;
     paint.HasFocus = hasFocus();
+    paint.IsQuiet = m_isQuiet;
     return paint;
 }
 

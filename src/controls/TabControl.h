@@ -43,6 +43,10 @@ public:
     /// Where the tab is drawn; empty while its row is scrolled away.
     [[nodiscard]] QRect TabRect(int position) const;
 
+    /// A quiet control shows its selection as a mere outline: for a choice that is kept, but has no effect
+    /// just now.
+    void SetQuiet(bool quiet);
+
     /// Text can be dropped on tabs for which `isTarget` says so; without this call on none.
     void SetDropIn(std::function<bool(int)> isTarget);
 
@@ -111,6 +115,7 @@ private:
     int m_hovered = -1;
     int m_dropTarget = -1;
     int m_firstRow = 0;
+    bool m_isQuiet = false;
     std::function<bool(int)> m_isDropTarget;
     QToolButton* m_rowsUp = nullptr;
     QToolButton* m_rowsDown = nullptr;

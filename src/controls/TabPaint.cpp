@@ -9,7 +9,8 @@ constexpr double Rounding = 4;
 void TabPaint::Draw(QPainter& painter, const QPalette& colours) const {
     const QRectF body = QRectF(Place).adjusted(0.5, 0.5, -0.5, -0.5);
     QColor fill = IsStrip ? colours.color(QPalette::Button) : QColor(Qt::transparent);
-    if (IsSelected) {
+    const bool isFilled = IsSelected && !IsQuiet;
+    if (isFilled) {
         fill = colours.color(QPalette::Highlight);
     } else if (IsHovered) {
         fill = colours.color(QPalette::Midlight);
@@ -17,11 +18,12 @@ void TabPaint::Draw(QPainter& painter, const QPalette& colours) const {
     if (IsDropTarget) {
         painter.setPen(QPen(colours.color(QPalette::Highlight), 2.5));
     } else {
-        painter.setPen(IsStrip && !IsSelected ? QPen(colours.color(QPalette::Mid)) : QPen(Qt::NoPen));
+        painter.setPen((IsStrip || IsSelected) && !isFilled ? QPen(colours.color(QPalette::Mid))
+                                                            : QPen(Qt::NoPen));
     }
     painter.setBrush(fill);
     painter.drawRoundedRect(body, Rounding, Rounding);
-    const QColor ink = colours.color(IsSelected ? QPalette::HighlightedText : QPalette::ButtonText);
+    const QColor ink = colours.color(isFilled ? QPalette::HighlightedText : QPalette::ButtonText);
     if (IsSelected && HasFocus) {
         painter.setPen(QPen(ink, 1.2));
         painter.setBrush(Qt::NoBrush);

@@ -17,6 +17,7 @@ struct TabPaint {
     bool IsHovered = false;
     bool IsDropTarget = false;
     bool HasFocus = false;
+    bool IsQuiet = false;  // a selection is only outlined
 
     void Draw(QPainter& painter, const QPalette& colours) const;
 };
