@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <optional>
 
 namespace {
 
@@ -39,9 +40,30 @@ bool TypesLineBreak(const QKeyEvent& key) {
 
 }  // namespace
 
+/// Makes one step of undo of what the user does in its lifetime. The change is announced at its end, and a
+/// cut that follows from it still joins the step.
+class MessageEdit::UserEdit {
+public:
+    explicit UserEdit(MessageEdit& edit) : m_edit(edit), m_cursor(edit.textCursor()) {
+        m_edit.m_isUserEdit = true;
+        m_cursor.beginEditBlock();
+    }
+    ~UserEdit() {
+        m_cursor.endEditBlock();
+        m_edit.m_isUserEdit = false;
+        m_edit.ensureCursorVisible();
+    }
+    UserEdit(const UserEdit&) = delete;
+    UserEdit& operator=(const UserEdit&) = delete;
+
+private:
+    MessageEdit& m_edit;
+    QTextCursor m_cursor;
+};
+
 MessageEdit::MessageEdit(QWidget* parent) : QPlainTextEdit(parent) {
     setTabChangesFocus(true);
-    connect(this, &QPlainTextEdit::textChanged, this, &MessageEdit::AnnounceChange);
+    connect(this, &QPlainTextEdit::textChanged, this, &MessageEdit::TextChanged);
 }
 
 QString MessageEdit::Text() const {
@@ -62,7 +84,7 @@ void MessageEdit::ClearText() {
 
 void MessageEdit::CutTo(int length) {
     QTextCursor cursor(document());
-    if (m_announcing > 0) {
+    if (m_isUserEdit) {
         cursor.joinPreviousEditBlock();
     } else {
         cursor.beginEditBlock();
@@ -71,6 +93,9 @@ void MessageEdit::CutTo(int length) {
     cursor.movePosition(QTextCursor::End, QTextCursor::KeepAnchor);
     cursor.removeSelectedText();
     cursor.endEditBlock();
+    if (!m_isUserEdit) {
+        document()->clearUndoRedoStacks();
+    }
     moveCursor(QTextCursor::End);
     setFocus();
 }
@@ -89,13 +114,16 @@ bool MessageEdit::canInsertFromMimeData(const QMimeData* source) const {
 void MessageEdit::insertFromMimeData(const QMimeData* source) {
     QString text = source->text();
     text.replace(QStringLiteral("\r\n"), QStringLiteral("\n")).replace(u'\r', u'\n');
-    QTextCursor cursor = textCursor();
-    cursor.insertText(Shortened(text, Room()));
-    ensureCursorVisible();
+    const UserEdit step(*this);
+    textCursor().insertText(Shortened(text, Room()));
 }
 
 void MessageEdit::inputMethodEvent(QInputMethodEvent* event) {
     const int room = Room() + event->replacementLength();
+    std::optional<UserEdit> step;
+    if (!event->commitString().isEmpty()) {
+        step.emplace(*this);
+    }
     if (event->commitString().size() <= room) {
         QPlainTextEdit::inputMethodEvent(event);
         return;
@@ -116,6 +144,8 @@ void MessageEdit::keyPressEvent(QKeyEvent* event) {
         selectAll();
         return;
     }
+    // Keys that surely fit stay outside of steps, so that what is typed in a row is undone in a row.
+    std::optional<UserEdit> step;
     if (TypesText(*event)) {
         if (event->modifiers() == Qt::AltModifier) {
             event->ignore();
@@ -125,14 +155,11 @@ void MessageEdit::keyPressEvent(QKeyEvent* event) {
             event->accept();
             return;
         }
+        if (2 * event->text().size() > m_unitsLeft) {
+            step.emplace(*this);
+        }
     }
     QPlainTextEdit::keyPressEvent(event);
-}
-
-void MessageEdit::AnnounceChange() {
-    ++m_announcing;
-    Q_EMIT TextChanged();
-    --m_announcing;
 }
 
 int MessageEdit::Room() const {

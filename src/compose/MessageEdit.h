@@ -21,8 +21,11 @@ public:
     /// Empties the box as the user would.
     void ClearText();
     /// Drops what stands behind the first `length` characters, puts the caret behind the rest and gives the
-    /// box the focus. Called while a change is being announced, it is undone together with that change.
+    /// box the focus. What the user's own input made too long is undone together with that input; any other
+    /// cut is for good: with the text back in the box it would be cut again.
     void CutTo(int length);
+    /// The units (two for a character of the extension table) that still fit before something has to be cut.
+    void SetUnitsLeft(int units) { m_unitsLeft = units; }
     /// Selects `length` characters from position `start`, from 0.
     void Select(int start, int length);
 
@@ -37,10 +40,12 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    void AnnounceChange();
+    class UserEdit;
+
     /// Characters that may still be put in place of the selection.
     [[nodiscard]] int Room() const;
 
     int m_maxLength = 0;
-    int m_announcing = 0;
+    int m_unitsLeft = 0;
+    bool m_isUserEdit = false;
 };

@@ -6,6 +6,7 @@
 #include "compose/MessageSize.h"
 #include "controls/Icons.h"
 #include "core/Log.h"
+#include "core/NumberedFailure.h"
 #include "core/Numbers.h"
 #include "core/Trap.h"
 #include "platform/Sound.h"
@@ -22,7 +23,6 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
-#include <stdexcept>
 
 namespace {
 
@@ -166,7 +166,8 @@ void MessagePanel::ReadMessageTails() {
     m_cbTails->clear();
     const auto tails = mdlPhonebook::GetMessageTails(m_phonebook);
     if (tails == nullptr) {
-        throw std::runtime_error("no recordset");
+        throw NumberedFailure(engine::Number::ObjectClosed, QStringLiteral("the tails cannot be read"),
+                              QStringLiteral("InitMessageTails"));
     }
     int selected = -1;
     for (; !tails->EndOfFile(); tails->MoveNext()) {
@@ -197,6 +198,7 @@ void MessagePanel::ShowRemainingChars() {
     m_pbMsgSize->SetPosition(m_pbMsgSize->Maximum() - size.Remaining);
     ShowBarColour(size.Parts);
     ShowCounter(*m_lblCharsRemaining, size.Remaining);
+    m_txtMessage->SetUnitsLeft(size.Remaining);
     if (size.Remaining == 0) {
         Trap([this] { m_sound.Beep(); });
     }

@@ -15,8 +15,15 @@ public:
 
     explicit QuickfireRow(QWidget* parent = nullptr);
 
+protected:
+    void changeEvent(QEvent* event) override;
+
 private:
     [[nodiscard]] QPushButton* NewButton(const QString& name, const QString& text);
+    /// Nearly square buttons, whatever the font.
+    void SizeButtons();
 
+    QPushButton* m_cmdQBPrevious;
     std::array<QPushButton*, ButtonCount> m_cmdQuickFire{};
+    QPushButton* m_cmdNextQBPage = nullptr;
 };

@@ -5,6 +5,26 @@
 #include <QStyleOptionButton>
 #include <QStylePainter>
 
+namespace {
+
+/// How much darker than the highlight the face is: the style draws it with a light sheen, and the text has to
+/// stand out from that.
+constexpr int FaceDarkness = 125;  // per cent
+constexpr int FocusFrameInset = 3;
+
+/// The shape of an icon in one colour.
+QIcon Tinted(const QIcon& icon, const QSize& size, double ratio, const QColor& colour) {
+    QPixmap shape = icon.pixmap(size, ratio);
+    if (!shape.isNull()) {
+        QPainter painter(&shape);
+        painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+        painter.fillRect(QRect(QPoint(), size), colour);
+    }
+    return QIcon(shape);
+}
+
+}  // namespace
+
 bool IsPressKey(const QKeyEvent& key) {
     switch (key.key()) {
         case Qt::Key_Return:
@@ -24,8 +44,12 @@ SendButton::SendButton(const QString& text, QWidget* parent) : QPushButton(text,
 void SendButton::initStyleOption(QStyleOptionButton* option) const {
     QPushButton::initStyleOption(option);
     if (isDefault() && isEnabled()) {
-        option->palette.setColor(QPalette::Button, palette().color(QPalette::Highlight));
-        option->palette.setColor(QPalette::ButtonText, palette().color(QPalette::HighlightedText));
+        const QColor text = palette().color(QPalette::HighlightedText);
+        option->palette.setColor(QPalette::Button, palette().color(QPalette::Highlight).darker(FaceDarkness));
+        option->palette.setColor(QPalette::ButtonText, text);
+        if (!option->icon.isNull()) {
+            option->icon = Tinted(option->icon, option->iconSize, devicePixelRatioF(), text);
+        }
     }
 }
 
@@ -34,6 +58,14 @@ void SendButton::paintEvent(QPaintEvent*) {
     QStyleOptionButton option;
     initStyleOption(&option);
     painter.drawControl(QStyle::CE_PushButton, option);
+    if (hasFocus() && isDefault() && isEnabled()) {
+        // The style's own mark of the focus has the colour of the face.
+        QPen pen(palette().color(QPalette::HighlightedText));
+        pen.setStyle(Qt::DotLine);
+        painter.setPen(pen);
+        painter.drawRect(
+            rect().adjusted(FocusFrameInset, FocusFrameInset, -FocusFrameInset - 1, -FocusFrameInset - 1));
+    }
 }
 
 void SendButton::keyPressEvent(QKeyEvent* event) {

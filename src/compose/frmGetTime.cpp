@@ -9,6 +9,13 @@
 #include <QPushButton>
 #include <QTimeEdit>
 
+namespace {
+
+/// Characters beside the title in a window's title bar: its buttons and margins.
+constexpr int TitleRoom = 16;
+
+}  // namespace
+
 frmGetTime::frmGetTime(const Clock& clock, QWidget* parent)
     : QDialog(parent), m_dtDate(new QDateEdit(this)), m_dtTime(new QTimeEdit(this)), m_heldKeys(*this) {
     setObjectName(QStringLiteral("frmGetTime"));
@@ -28,6 +35,7 @@ frmGetTime::frmGetTime(const Clock& clock, QWidget* parent)
     cancel->setAccessibleName(QStringLiteral("Cancel"));
 
     auto* form = new QFormLayout;
+    form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
     form->addRow(QStringLiteral("&Date:"), m_dtDate);
     form->addRow(QStringLiteral("&Time:"), m_dtTime);
     auto* column = new QVBoxLayout(this);
@@ -45,6 +53,7 @@ frmGetTime::frmGetTime(const Clock& clock, QWidget* parent)
         hide();
     });
     Load(clock.Now());
+    setMinimumWidth(fontMetrics().averageCharWidth() * (static_cast<int>(windowTitle().size()) + TitleRoom));
 }
 
 void frmGetTime::Load(const QDateTime& now) {
