@@ -57,7 +57,13 @@ public:
 class FakeSound final : public Sound {
 public:
     int Beeps = 0;
-    void Beep() override { ++Beeps; }
+    std::function<void()> OnBeep;
+    void Beep() override {
+        ++Beeps;
+        if (OnBeep) {
+            OnBeep();
+        }
+    }
 };
 
 /// Answers boxes in the order that was prepared. A box that was not expected fails the test, and so does a prepared answer
