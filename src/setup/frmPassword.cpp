@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr int EntryChars = 28;
+constexpr int EntryChars = 40;
 
 }  // namespace
 
