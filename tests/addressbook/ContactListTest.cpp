@@ -167,6 +167,15 @@ TEST(ContactList, LoadDoesNotLookAtTheResultOfASingleRow) {
     EXPECT_EQ(KeysOf(contacts), (QStringList{QStringLiteral("C3"), QStringLiteral("C4")}));
 }
 
+TEST(ContactList, RowsWithoutAUsableIDShareTheEmptyKeyAndTheFirstStays) {
+    ContactRows source;
+    ContactList contacts;
+    EXPECT_TRUE(contacts.Load(&source.Open(
+        ContactRows::AllColumns(),
+        {ContactRows::Full(qint64{40000}), ContactRows::Full(qint64{40001}), ContactRows::Full(qint64{7})})));
+    EXPECT_EQ(KeysOf(contacts), (QStringList{QString(), QStringLiteral("C7")}));
+}
+
 TEST(ContactList, LoadOfAClosedRecordsetIsFalseAndDoesNotThrow) {
     ContactRows source;
     engine::Recordset& rows = source.Open(ContactRows::AllColumns(), {ContactRows::Full(qint64{1})});
