@@ -1,25 +1,78 @@
 #include "shell/FocusStyle.h"
 
+#include <QAbstractItemView>
 #include <QPainter>
 #include <QStyleOption>
+
+namespace {
+
+constexpr double Corner = 4;
+
+/// The keyboard's place matters to somebody who uses the keyboard; a click shows its place by itself, except
+/// on a row that it did not select.
+bool IsRingNeeded(const QStyleOption& option, const QWidget* widget) {
+    const bool isRow = qobject_cast<const QAbstractItemView*>(widget) != nullptr;
+    return option.state.testFlag(QStyle::State_KeyboardFocusChange) ||
+           (isRow && !option.state.testFlag(QStyle::State_Selected));
+}
+
+void DrawFocusRing(const QStyleOption& option, QPainter& painter) {
+    constexpr double LineWidth = 2;
+    constexpr double Inset = LineWidth / 2;
+    const bool isSelected = option.state.testFlag(QStyle::State_Selected);
+    painter.setPen(
+        QPen(option.palette.color(isSelected ? QPalette::HighlightedText : QPalette::Link), LineWidth));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(QRectF(option.rect).adjusted(Inset, Inset, -Inset, -Inset), Corner, Corner);
+}
+
+/// A step away from the button's own colour: towards the text under the mouse, further while it is pressed.
+QColor FaceOf(const QStyleOption& option) {
+    constexpr double HoverPart = 0.06;
+    constexpr double PressedPart = 0.14;
+    const QColor face = option.palette.color(QPalette::Button);
+    const bool isOn = option.state.testFlag(QStyle::State_Enabled);
+    const bool isPressed = option.state & (QStyle::State_Sunken | QStyle::State_On);
+    const bool isHovered = option.state.testFlag(QStyle::State_MouseOver);
+    const double part = !isOn ? 0 : isPressed ? PressedPart : isHovered ? HoverPart : 0;
+    // Darker keeps the contrast of white on the accent colour; a light button goes darker as well.
+    return QColor::fromRgbF(static_cast<float>(face.redF() * (1 - part)),
+                            static_cast<float>(face.greenF() * (1 - part)),
+                            static_cast<float>(face.blueF() * (1 - part)));
+}
+
+void DrawButton(const QStyleOption& option, QPainter& painter) {
+    const bool isAccent = option.palette.color(QPalette::Button) == option.palette.color(QPalette::Highlight);
+    painter.setPen(isAccent ? FaceOf(option) : option.palette.color(QPalette::Mid));
+    painter.setBrush(FaceOf(option));
+    painter.drawRoundedRect(QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5), Corner, Corner);
+}
+
+}  // namespace
 
 FocusStyle::FocusStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
 
 void FocusStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                                const QWidget* widget) const {
-    if (element != PE_FrameFocusRect) {
+    const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
+    const bool isFlat = button != nullptr && button->features.testFlag(QStyleOptionButton::Flat);
+    if (element != PE_FrameFocusRect && (element != PE_PanelButtonCommand || isFlat)) {
         QProxyStyle::drawPrimitive(element, option, painter, widget);
         return;
     }
-    constexpr double LineWidth = 2;
-    constexpr double Corner = 3;
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
-    const bool isSelected = option->state.testFlag(State_Selected);
-    painter->setPen(
-        QPen(option->palette.color(isSelected ? QPalette::HighlightedText : QPalette::Link), LineWidth));
-    painter->setBrush(Qt::NoBrush);
-    const double inset = LineWidth / 2;
-    painter->drawRoundedRect(QRectF(option->rect).adjusted(inset, inset, -inset, -inset), Corner, Corner);
+    if (element == PE_FrameFocusRect) {
+        if (IsRingNeeded(*option, widget)) {
+            DrawFocusRing(*option, *painter);
+        }
+    } else {
+        DrawButton(*option, *painter);
+    }
     painter->restore();
+}
+
+int FocusStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {
+    constexpr int RowIconSide = 16;  // smaller than a row of text, so that all rows have one height
+    return metric == PM_ListViewIconSize ? RowIconSide : QProxyStyle::pixelMetric(metric, option, widget);
 }

@@ -1,5 +1,6 @@
 #include "shell/FormColours.h"
 
+#include <QApplication>
 #include <QPalette>
 #include <QWidget>
 
@@ -33,7 +34,8 @@ void FormColours::Apply(QWidget& form) {
     if (tabs == nullptr) {
         return;
     }
-    const QColor colour = tabs->palette().color(QPalette::Window);
+    // Its own, not one that it inherits from a control that was given a colour here.
+    const QColor colour = QApplication::palette(tabs).color(QPalette::Window);
     Give(form, colour);
     for (const QString& name : FlatControls) {
         if (auto* control = form.findChild<QWidget*>(name)) {

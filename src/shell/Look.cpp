@@ -1,5 +1,6 @@
 #include "shell/Look.h"
 
+#include "controls/Icons.h"
 #include "shell/FocusStyle.h"
 
 #include <QApplication>
@@ -78,6 +79,7 @@ void Apply(const QString& wanted) {
     }
     QApplication::setStyle(new FocusStyle);  // the application takes it over
     QApplication::setPalette(PaletteOf(scheme));
+    QApplication::setWindowIcon(Icons::Get(QStringLiteral("larkspan")));
 }
 
 double Contrast(const QColor& one, const QColor& other) {

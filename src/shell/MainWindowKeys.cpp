@@ -1,5 +1,6 @@
 #include "shell/MainWindowKeys.h"
 
+#include <QAbstractButton>
 #include <QCoreApplication>
 #include <QKeyEvent>
 #include <QWidget>
@@ -26,6 +27,14 @@ const MainWindowKey* MainWindowKeys::Find(const QKeyEvent& event) const {
     return nullptr;
 }
 
+void MainWindowKeys::Do(const MainWindowKey& key) {
+    if (key.Run) {
+        key.Run();
+    } else if (auto* button = m_window.findChild<QAbstractButton*>(key.Button)) {
+        button->click();
+    }
+}
+
 bool MainWindowKeys::eventFilter(QObject* watched, QEvent* event) {
     const bool isPress = event->type() == QEvent::KeyPress;
     if (!isPress && event->type() != QEvent::ShortcutOverride) {
@@ -41,7 +50,7 @@ bool MainWindowKeys::eventFilter(QObject* watched, QEvent* event) {
     }
     event->accept();  // an accepted override comes back as a press instead of a mnemonic
     if (isPress) {
-        key->Run();
+        Do(*key);
     }
     return true;
 }

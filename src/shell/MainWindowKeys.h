@@ -9,11 +9,14 @@
 class QKeyEvent;
 class QWidget;
 
-/// One key of the main window: pressed with Alt alone it runs its action.
+/// One key of the main window, pressed with Alt alone: it runs an action, or does as a click on a button
+/// does.
 struct MainWindowKey {
     int Key = 0;  // Qt::Key
     bool IsKeypad = false;
     std::function<void()> Run;
+    /// Object name of the button; a disabled one takes no click.
+    QString Button;
 };
 
 /// The keys that the main window sees before its controls do. Any other key, or another modifier, passes on.
@@ -22,13 +25,12 @@ class MainWindowKeys final : public QObject {
 public:
     MainWindowKeys(QWidget& window, std::vector<MainWindowKey> keys);
 
-    [[nodiscard]] const std::vector<MainWindowKey>& Keys() const { return m_keys; }
-
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     [[nodiscard]] const MainWindowKey* Find(const QKeyEvent& event) const;
+    void Do(const MainWindowKey& key);
 
     QWidget& m_window;
     std::vector<MainWindowKey> m_keys;

@@ -6,21 +6,22 @@
 #include "app/Machine.h"
 #include "app/mdlInstance.h"
 #include "compose/ComposeArea.h"
-#include "compose/ComposeServices.h"
 #include "controls/FormTools.h"
 #include "core/Log.h"
 #include "platform/EventPump.h"
-#include "platform_ui/Instance.h"
-#include "platform_ui/MainWindowProc.h"
 #include "setup/AccessPasswords.h"
 #include "shell/AlertStrip.h"
+#include "shell/BackgroundDrag.h"
 #include "shell/CommandStrip.h"
 #include "shell/FormColours.h"
+#include "shell/MainLayout.h"
 #include "shell/MainWindowKeys.h"
+#include "shell/ShowRequests.h"
 #include "shell/StatusPoll.h"
-#include "shell/WindowPlace.h"
+#include "shell/TipOfDay.h"
 
-#include <QtWidgets>
+#include <QApplication>
+#include <QCloseEvent>
 
 frmMain::frmMain(AppContext& context, const Machine& machine, const CommandLine& commandLine)
     : m_context(context),
@@ -37,64 +38,38 @@ frmMain::frmMain(AppContext& context, const Machine& machine, const CommandLine&
       m_alert(new AlertStrip(this)),
       m_poll(new StatusPoll(
           context.AppBusyState, context.MessageTracker, [this] { ShowAlert(true); }, this)),
-      m_splitter(new QSplitter(Qt::Horizontal, this)),
+      m_commands(new CommandStrip(this)),
+      m_layout(new MainLayout(*this, m_commands, m_phonebook, m_compose, m_alert)),
       m_passwords(
           std::make_unique<AccessPasswords>(context, machine.Door, machine.Pump, machine.Time, *this)),
-      m_proc(std::make_unique<MainWindowProc>([this] { ComeForward(); })),
+      m_requests(std::make_unique<ShowRequests>(*this, machine, [this] { ComeForward(); })),
       m_exit(std::make_unique<ExitPath>(context, machine.AppLog, &QApplication::closeAllWindows,
                                         &QCoreApplication::quit)) {
     setObjectName(QStringLiteral("frmMain"));
-    PlaceAreas();
+    m_layout->Restore(context.AppSettings);
+    connect(m_commands, &CommandStrip::ExitPressed, this, &QWidget::close);
+    new BackgroundDrag(*this);
     MakeKeys();
 }
 
 frmMain::~frmMain() = default;
 
-void frmMain::PlaceAreas() {
-    constexpr int PhonebookShare = 2;
-    constexpr int ComposeShare = 3;
-    constexpr int Gap = 10;
-    auto* commands = new CommandStrip(this);
-    connect(commands, &CommandStrip::ExitPressed, this, &QWidget::close);
-    m_splitter->setObjectName(QStringLiteral("splitMain"));
-    m_splitter->setChildrenCollapsible(false);
-    m_splitter->setHandleWidth(Gap);
-    m_splitter->addWidget(m_phonebook);
-    m_splitter->addWidget(m_compose);
-    m_splitter->setStretchFactor(0, PhonebookShare);
-    m_splitter->setStretchFactor(1, ComposeShare);
-    auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(Gap, Gap, Gap, Gap);
-    column->setSpacing(Gap);
-    column->addWidget(commands);
-    column->addWidget(m_splitter, 1);
-    column->addWidget(m_alert);
-    WindowPlace::Restore(*this, *m_splitter, m_context.AppSettings);
-}
-
 void frmMain::MakeKeys() {
     std::vector<MainWindowKey> keys = {
-        {Qt::Key_E, false, [this] { Click(QStringLiteral("cmdEditContact")); }},
-        {Qt::Key_M, false, [this] { m_compose->FocusMessage(); }},
-        {Qt::Key_C, false, [this] { ContactListFocus(false); }},
-        {Qt::Key_R, false, [this] { m_compose->FocusRecipients(); }},
-        {Qt::Key_F, false, [this] { Click(QStringLiteral("cmdSearch")); }},
-        {Qt::Key_F4, false, [this] { close(); }},
-        {Qt::Key_Asterisk, true, [this] { m_phonebook->SelectEverything(); }},
+        {Qt::Key_E, false, {}, QStringLiteral("cmdEditContact")},
+        {Qt::Key_M, false, [this] { m_compose->FocusMessage(); }, {}},
+        {Qt::Key_C, false, [this] { ContactListFocus(false); }, {}},
+        {Qt::Key_R, false, [this] { m_compose->FocusRecipients(); }, {}},
+        {Qt::Key_F, false, {}, QStringLiteral("cmdSearch")},
+        {Qt::Key_F4, false, [this] { close(); }, {}},
+        {Qt::Key_Asterisk, true, [this] { m_phonebook->SelectEverything(); }, {}},
     };
     constexpr int QuickfireButtons = 10;
     for (int digit = 0; digit < QuickfireButtons; ++digit) {
         const int button = (digit + QuickfireButtons - 1) % QuickfireButtons;  // 1 is the first, 0 the last
-        keys.push_back({Qt::Key_0 + digit, false,
-                        [this, button] { Click(QStringLiteral("cmdQuickFire%1").arg(button)); }});
+        keys.push_back({Qt::Key_0 + digit, false, {}, QStringLiteral("cmdQuickFire%1").arg(button)});
     }
     new MainWindowKeys(*this, std::move(keys));
-}
-
-void frmMain::Click(const QString& name) {
-    if (auto* button = findChild<QAbstractButton*>(name)) {
-        button->click();
-    }
 }
 
 void frmMain::Load() {
@@ -110,12 +85,13 @@ StepTable frmMain::LoadSteps() {
              IsInitialising = true;
              FormTools::SetFormCaption(*this, QString());
          }},
-        {QStringLiteral("SetAppWindowStyle"),
-         [this] { m_machine.Desktop.SetAppWindowStyle(static_cast<WindowHandle>(winId()), true); }},
+        {QStringLiteral("SetAppWindowStyle"), [this] { m_requests->SetAppWindowStyle(); }},
         {QStringLiteral("InitMainWindow"), [this] { InitMainWindow(); }},
         {QStringLiteral("CreateTracker"), [this] { m_context.CreateTracker(); }},
         {QStringLiteral("SetAdCursor"), [this] { AdCursor = QCursor(Qt::ArrowCursor); }},
-        {QStringLiteral("SubclassMainWindow"), [this] { SubclassMainWindow(); }},
+        {QStringLiteral("ShowTipOfTheDay"),
+         [this] { TipOfDay::ShowIfDue(m_machine, m_context.AppSettings, m_commandLine); }},
+        {QStringLiteral("SubclassMainWindow"), [this] { m_requests->SubclassMainWindow(); }},
     };
 }
 
@@ -127,7 +103,7 @@ void frmMain::InitMainWindow() {
 
 StepTable frmMain::InitMainWindowSteps() {
     return {
-        {QStringLiteral("LayoutControls"), [this] { layout()->activate(); }},
+        {QStringLiteral("LayoutControls"), [this] { m_layout->Activate(); }},
         {QStringLiteral("InitColours"), [this] { InitColours(); }},
         {QStringLiteral("InitTabs"),
          [this] {
@@ -150,31 +126,11 @@ StepTable frmMain::InitMainWindowSteps() {
     };
 }
 
-void frmMain::SubclassMainWindow() {
-    const auto handle = static_cast<WindowHandle>(winId());
-    m_machine.Desktop.SetClassName(handle, mdlInstance::FormClass);
-    m_proc->SubclassMainWindow(handle);
-    m_machine.OneCopy.SetOnShow([this] { ComeForward(); });
-}
-
-void frmMain::UnsubclassMainWindow() {
-    m_proc->UnsubclassMainWindow(static_cast<WindowHandle>(winId()));
-    m_machine.OneCopy.SetOnShow({});
-}
-
 void frmMain::ComeForward() {
     if (IsInTray()) {
         ToTray(false);
     }
-    ForceForeground();
-}
-
-void frmMain::ForceForeground() {
-    setWindowState(windowState() & ~Qt::WindowMinimized);
-    show();
-    raise();
-    activateWindow();
-    m_machine.Desktop.ForceForeground(static_cast<WindowHandle>(winId()));
+    m_requests->ForceForeground();
 }
 
 void frmMain::ToTray(bool hide) {
@@ -182,14 +138,14 @@ void frmMain::ToTray(bool hide) {
     if (hide) {
         showMinimized();
     } else {
-        ForceForeground();
+        m_requests->ForceForeground();
     }
 }
 
 StepTable frmMain::QueryUnloadSteps() {
     return {
         {QStringLiteral("DisableTimers"), [this] { m_poll->Stop(); }},
-        {QStringLiteral("UnsubclassMainWindow"), [this] { UnsubclassMainWindow(); }},
+        {QStringLiteral("UnsubclassMainWindow"), [this] { m_requests->UnsubclassMainWindow(); }},
         {QStringLiteral("SaveSignature"), [this] { m_compose->SaveSignature(); }},
         {QStringLiteral("SaveSortBy"), [this] { m_context.SaveSortBy(); }},
         {QStringLiteral("SaveTracker"), [this] { m_context.MessageTracker.SaveSettings(); }},
@@ -197,7 +153,7 @@ StepTable frmMain::QueryUnloadSteps() {
         {QStringLiteral("SaveTabOrder"), [this] { m_phonebook->SaveTabOrder(); }},
         {QStringLiteral("Hide"),
          [this] {
-             WindowPlace::Save(*this, *m_splitter, m_context.AppSettings);
+             m_layout->Save(m_context.AppSettings);
              hide();
              m_machine.Pump.Process(2);
          }},
@@ -219,13 +175,6 @@ void frmMain::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
     if (event->type() == QEvent::ApplicationPaletteChange) {
         FormColours::Apply(*this);
-    }
-}
-
-void frmMain::mousePressEvent(QMouseEvent* event) {
-    const bool isOnControl = qobject_cast<QAbstractButton*>(childAt(event->position().toPoint())) != nullptr;
-    if (event->button() == Qt::LeftButton && !isOnControl && windowHandle() != nullptr) {
-        windowHandle()->startSystemMove();
     }
 }
 

@@ -13,12 +13,12 @@ class AccessPasswords;
 class AlertStrip;
 class AppContext;
 class CommandLine;
+class CommandStrip;
 class ComposeArea;
 class ExitPath;
-class MainWindowKeys;
-class MainWindowProc;
+class MainLayout;
 class PhonebookArea;
-class QSplitter;
+class ShowRequests;
 class StatusPoll;
 struct Machine;
 
@@ -83,19 +83,12 @@ public:
 protected:
     void closeEvent(QCloseEvent* event) override;
     void changeEvent(QEvent* event) override;
-    void mousePressEvent(QMouseEvent* event) override;
 
 private:
-    void PlaceAreas();
     void MakeKeys();
     void InitMainWindow();
-    void SubclassMainWindow();
-    void UnsubclassMainWindow();
     /// What a second start of the program asks for.
     void ComeForward();
-    void ForceForeground();
-    /// As a click on the control of this name; a disabled one takes no click.
-    void Click(const QString& name);
 
     AppContext& m_context;
     const Machine& m_machine;
@@ -104,9 +97,10 @@ private:
     ComposeArea* m_compose;
     AlertStrip* m_alert;
     StatusPoll* m_poll;
-    QSplitter* m_splitter;
+    CommandStrip* m_commands;
+    MainLayout* m_layout;
     std::unique_ptr<AccessPasswords> m_passwords;
-    std::unique_ptr<MainWindowProc> m_proc;
+    std::unique_ptr<ShowRequests> m_requests;
     std::unique_ptr<ExitPath> m_exit;
     bool m_isInTray = false;
     bool m_isUnloaded = false;

@@ -1,0 +1,59 @@
+#include "shell/MainLayout.h"
+
+#include "core/Settings.h"
+
+#include <QSplitter>
+#include <QVBoxLayout>
+#include <QWidget>
+
+namespace {
+
+constexpr QSize FirstSize(1100, 740);
+constexpr int Gap = 10;
+constexpr int LeftShare = 9;
+constexpr int RightShare = 13;
+const QString WindowKey = QStringLiteral("Window");
+const QString SplitterKey = QStringLiteral("Splitter");
+
+QByteArray Read(const Settings& settings, const QString& key) {
+    return QByteArray::fromBase64(settings.GetValue(SettingNames::SectionDisplay, key, QString()).toLatin1());
+}
+
+void Write(Settings& settings, const QString& key, const QByteArray& state) {
+    settings.SetValue(SettingNames::SectionDisplay, key, QString::fromLatin1(state.toBase64()));
+}
+
+}  // namespace
+
+MainLayout::MainLayout(QWidget& form, QWidget* top, QWidget* left, QWidget* right, QWidget* bottom)
+    : QObject(&form), m_form(form), m_splitter(new QSplitter(Qt::Horizontal, &form)) {
+    m_splitter->setObjectName(QStringLiteral("splitMain"));
+    m_splitter->setChildrenCollapsible(false);
+    m_splitter->setHandleWidth(Gap);
+    m_splitter->addWidget(left);
+    m_splitter->addWidget(right);
+    m_splitter->setStretchFactor(0, LeftShare);
+    m_splitter->setStretchFactor(1, RightShare);
+    auto* column = new QVBoxLayout(&form);
+    column->setContentsMargins(Gap, Gap, Gap, Gap);
+    column->setSpacing(Gap);
+    column->addWidget(top);
+    column->addWidget(m_splitter, 1);
+    column->addWidget(bottom);
+}
+
+void MainLayout::Activate() {
+    m_form.layout()->activate();
+}
+
+void MainLayout::Restore(const Settings& settings) {
+    m_form.resize(FirstSize);
+    m_splitter->setSizes({LeftShare * FirstSize.width(), RightShare * FirstSize.width()});
+    m_form.restoreGeometry(Read(settings, WindowKey));
+    m_splitter->restoreState(Read(settings, SplitterKey));
+}
+
+void MainLayout::Save(Settings& settings) const {
+    Write(settings, WindowKey, m_form.saveGeometry());
+    Write(settings, SplitterKey, m_splitter->saveState());
+}

@@ -1,0 +1,39 @@
+#include "shell/ShowRequests.h"
+
+#include "app/Machine.h"
+#include "app/mdlInstance.h"
+#include "platform_ui/Instance.h"
+
+#include <QWidget>
+
+#include <utility>
+
+ShowRequests::ShowRequests(QWidget& form, const Machine& machine, std::function<void()> onShow)
+    : m_form(form), m_machine(machine), m_onShow(std::move(onShow)), m_proc(m_onShow) {}
+
+WindowHandle ShowRequests::Handle() const {
+    return static_cast<WindowHandle>(m_form.winId());
+}
+
+void ShowRequests::SetAppWindowStyle() {
+    m_machine.Desktop.SetAppWindowStyle(Handle(), true);
+}
+
+void ShowRequests::SubclassMainWindow() {
+    m_machine.Desktop.SetClassName(Handle(), mdlInstance::FormClass);
+    m_proc.SubclassMainWindow(Handle());
+    m_machine.OneCopy.SetOnShow(m_onShow);
+}
+
+void ShowRequests::UnsubclassMainWindow() {
+    m_proc.UnsubclassMainWindow(Handle());
+    m_machine.OneCopy.SetOnShow({});
+}
+
+void ShowRequests::ForceForeground() {
+    m_form.setWindowState(m_form.windowState() & ~Qt::WindowMinimized);
+    m_form.show();
+    m_form.raise();
+    m_form.activateWindow();
+    m_machine.Desktop.ForceForeground(Handle());
+}

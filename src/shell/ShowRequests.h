@@ -1,0 +1,31 @@
+#pragma once
+
+#include "platform_ui/MainWindowProc.h"
+
+#include <functional>
+
+class QWidget;
+struct Machine;
+
+/// Brings the main window to the front, and listens for a second start of the program that asks for it: a
+/// message to the window, or a word on the local socket where windows cannot be reached.
+class ShowRequests {
+public:
+    ShowRequests(QWidget& form, const Machine& machine, std::function<void()> onShow);
+
+    /// The window gets an entry in the task bar.
+    void SetAppWindowStyle();
+    /// From now on the window is found by its class name, and requests are heard.
+    void SubclassMainWindow();
+    void UnsubclassMainWindow();
+    /// Out of the task bar if it is minimised there, and in front of all others.
+    void ForceForeground();
+
+private:
+    [[nodiscard]] WindowHandle Handle() const;
+
+    QWidget& m_form;
+    const Machine& m_machine;
+    std::function<void()> m_onShow;
+    MainWindowProc m_proc;
+};

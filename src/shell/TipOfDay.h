@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QDialog>
+#include <QStringList>
+
+class QCheckBox;
+class QLabel;
+class CommandLine;
+class Settings;
+struct Machine;
+
+/// The tip of the day (dlgTipOfDay): shows the lines of a text file one by one, and remembers for the user
+/// whether tips are wanted at start-up and which one comes next. Settings of the section Tip: "Startup" (0:
+/// shown at start-up, which is the default; 1: not) and "Next" (line of the next tip, counted from 0).
+class TipOfDay final : public QDialog {
+    Q_OBJECT
+public:
+    /// `company` and `application` are named in the title and in front of the tip. `tips` is not empty.
+    TipOfDay(const QStringList& tips, const QString& company, const QString& application, Settings& settings,
+             QWidget* parent = nullptr);
+
+    /// Shows the dialog if there is a file tips.txt in the application's folder, and if the user wants tips
+    /// or the command line asks for one.
+    static void ShowIfDue(const Machine& machine, Settings& settings, const CommandLine& commandLine);
+    /// Whether this user wants tips at start-up.
+    [[nodiscard]] static bool IsWanted(const Settings& settings);
+    /// The lines of a tip file that hold a tip: blank ones do not.
+    [[nodiscard]] static QStringList TipsOf(const QString& fileText);
+
+private:
+    void ShowNextTip();
+
+    QStringList m_tips;
+    Settings& m_settings;
+    QLabel* m_lblTip;
+    QCheckBox* m_chkShowAtStartup;
+};

@@ -1,0 +1,113 @@
+#include "shell/MainWindow.h"
+
+#include "controls/ListView.h"
+#include "controls/TabControl.h"
+#include "shell/MainWindowKeys.h"
+
+#include <QSignalSpy>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+QString Q(const char* text) {
+    return QString::fromLatin1(text);
+}
+
+struct FocusRow {
+    Qt::Key Key;
+    const char* Control;
+};
+struct ClickRow {
+    Qt::Key Key;
+    const char* Button;
+};
+
+}  // namespace
+
+class FocusKeys : public ::testing::TestWithParam<FocusRow> {};
+
+TEST_P(FocusKeys, MovesTheFocusThere) {
+    MainWindow window;
+    window.Open();
+    window.Find("cmdExit")->setFocus();
+    window.AltKey(GetParam().Key);
+    EXPECT_TRUE(window.Find(GetParam().Control)->hasFocus());
+}
+INSTANTIATE_TEST_SUITE_P(Alt, FocusKeys,
+                         ::testing::Values(FocusRow{Qt::Key_M, "txtMessage"},
+                                           FocusRow{Qt::Key_C, "lvContacts"},
+                                           FocusRow{Qt::Key_R, "lvRecipients"}));
+
+class ClickKeys : public ::testing::TestWithParam<ClickRow> {};
+
+TEST_P(ClickKeys, IsAsAClickOnTheButtonOnceThatIsEnabled) {
+    MainWindow window;
+    window.Open();
+    auto* button = window.Find<QAbstractButton>(GetParam().Button);
+    ASSERT_NE(button, nullptr);
+    const QSignalSpy clicks(button, &QAbstractButton::clicked);
+    button->setEnabled(false);
+    window.AltKey(GetParam().Key);
+    EXPECT_EQ(clicks.count(), 0) << "a disabled button takes no click";
+    button->setEnabled(true);
+    window.AltKey(GetParam().Key);
+    EXPECT_EQ(clicks.count(), 1);
+}
+INSTANTIATE_TEST_SUITE_P(
+    Alt, ClickKeys,
+    ::testing::Values(ClickRow{Qt::Key_E, "cmdEditContact"}, ClickRow{Qt::Key_F, "cmdSearch"},
+                      ClickRow{Qt::Key_1, "cmdQuickFire0"}, ClickRow{Qt::Key_2, "cmdQuickFire1"},
+                      ClickRow{Qt::Key_3, "cmdQuickFire2"}, ClickRow{Qt::Key_4, "cmdQuickFire3"},
+                      ClickRow{Qt::Key_5, "cmdQuickFire4"}, ClickRow{Qt::Key_6, "cmdQuickFire5"},
+                      ClickRow{Qt::Key_7, "cmdQuickFire6"}, ClickRow{Qt::Key_8, "cmdQuickFire7"},
+                      ClickRow{Qt::Key_9, "cmdQuickFire8"}, ClickRow{Qt::Key_0, "cmdQuickFire9"}));
+
+TEST(Keys, TheStarOfTheNumberPadSelectsTheFirstTabOfBothRows) {
+    MainWindow window([](TestMachine& machine) { machine.Office.AddGroup(Q("Drivers")); });
+    window.Open();
+    auto* groups = window.Find<TabControl>("tabGroup");
+    auto* letters = window.Find<TabControl>("tabAlpha");
+    letters->Select(5);
+    groups->Select(1);
+    window.AltKey(Qt::Key_Asterisk, Qt::KeypadModifier);
+    EXPECT_EQ(groups->Selected(), 0);
+    EXPECT_EQ(letters->Selected(), 0);
+}
+
+TEST(Keys, AnotherModifierOrAnotherKeyDoesNothingHere) {
+    MainWindow window;
+    window.Open();
+    QWidget* exit = window.Find("cmdExit");
+    exit->setFocus();
+    QTest::keyClick(exit, Qt::Key_M, Qt::ControlModifier);
+    QTest::keyClick(exit, Qt::Key_M, Qt::AltModifier | Qt::ShiftModifier);
+    QTest::keyClick(exit, Qt::Key_M, Qt::AltModifier | Qt::ControlModifier);
+    QTest::keyClick(exit, Qt::Key_Asterisk, Qt::AltModifier);
+    QTest::keyClick(exit, Qt::Key_Q, Qt::AltModifier);
+    QTest::keyClick(exit, Qt::Key_F4);
+    EXPECT_TRUE(exit->hasFocus());
+    EXPECT_TRUE(window.Form->isVisible());
+}
+
+TEST(Keys, TheKeysWorkWhereverTheFocusIs) {
+    MainWindow window;
+    window.Open();
+    for (const char* name : {"txtMessage", "lvContacts", "tabGroup", "txtEndWidth", "cbTails"}) {
+        window.Find(name)->setFocus();
+        window.AltKey(Qt::Key_R);
+        EXPECT_TRUE(window.Find("lvRecipients")->hasFocus()) << name;
+    }
+    EXPECT_TRUE(window.Find("txtMessage")->property("plainText").toString().isEmpty())
+        << "no letter is typed";
+}
+
+TEST(Keys, TheyBelongToTheMainWindowAlone) {
+    MainWindow window;
+    window.Open();
+    window.Find("lvContacts")->setFocus();
+    QDialog dialog(window.Form.get());
+    dialog.show();
+    QTest::keyClick(&dialog, Qt::Key_M, Qt::AltModifier);
+    EXPECT_FALSE(window.Find("txtMessage")->hasFocus());
+}

@@ -1,0 +1,300 @@
+#include "shell/MainWindow.h"
+
+#include "controls/ListView.h"
+#include "controls/TabControl.h"
+
+#include <QComboBox>
+#include <QFile>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+QString Q(const char* text) {
+    return QString::fromLatin1(text);
+}
+
+void TwoContacts(TestMachine& machine) {
+    machine.Office.AddContact(Q("Byrne"), Q("Declan"), Q("+353865550101"));
+    machine.Office.AddContact(Q("Ahern"), Q("Aoife"), Q("+353865550102"));
+}
+
+QString Words(const QWidget* control) {
+    return control->property("plainText").isValid() ? control->property("plainText").toString()
+                                                    : control->property("text").toString();
+}
+
+}  // namespace
+
+TEST(FrmMain, LoadsInThisOrder) {
+    MainWindow window;
+    EXPECT_EQ(StepNames(window.Form->LoadSteps()),
+              (QStringList{Q("SetCaption"), Q("SetAppWindowStyle"), Q("InitMainWindow"), Q("CreateTracker"),
+                           Q("SetAdCursor"), Q("ShowTipOfTheDay"), Q("SubclassMainWindow")}));
+}
+
+TEST(FrmMain, InitMainWindowHasTheseStepsInThisOrder) {
+    MainWindow window;
+    EXPECT_EQ(StepNames(window.Form->InitMainWindowSteps()),
+              (QStringList{Q("LayoutControls"), Q("InitColours"), Q("InitTabs"), Q("InitMessageSize"),
+                           Q("InitMessageTails"), Q("InitSortBy"), Q("LoadSignature"), Q("HideAlert"),
+                           Q("Reset"), Q("EndInitialising"), Q("ShowGroup")}));
+}
+
+TEST(FrmMain, QueryUnloadSavesAndClosesInThisOrder) {
+    MainWindow window;
+    EXPECT_EQ(StepNames(window.Form->QueryUnloadSteps()),
+              (QStringList{Q("DisableTimers"), Q("UnsubclassMainWindow"), Q("SaveSignature"), Q("SaveSortBy"),
+                           Q("SaveTracker"), Q("DeleteInstanceMarker"), Q("SaveTabOrder"), Q("Hide")}));
+}
+
+TEST(FrmMain, ComesUpWithItsTitleTheContactsAndTheFocusInTheList) {
+    MainWindow window(TwoContacts);
+    window.Open();
+    EXPECT_EQ(window.Form->windowTitle(), Q("Larkspan Messenger"));
+    auto* contacts = window.Find<ListView>("lvContacts");
+    ASSERT_EQ(contacts->Rows().Count(), 2);
+    EXPECT_EQ(contacts->Rows().At(0).Text, Q("Ahern, Aoife"));
+    EXPECT_TRUE(contacts->hasFocus());
+    EXPECT_FALSE(window.Form->IsInitialising);
+    EXPECT_FALSE(window.Find("lblFailureWarning")->isVisible());
+    EXPECT_EQ(window.Form->AdCursor.shape(), Qt::ArrowCursor);
+}
+
+TEST(FrmMain, TheWindowGetsItsClassNameAndATaskBarEntry) {
+    MainWindow window;
+    window.Open();
+    const QString handle = QString::number(window.Form->winId());
+    EXPECT_TRUE(window.Machine.Desktop.Calls.contains(Q("task bar entry of ") + handle + Q(" 1")));
+    EXPECT_TRUE(window.Machine.Desktop.Calls.contains(Q("class of ") + handle + Q(" is LarkspanMainForm")));
+}
+
+TEST(FrmMain, AFailureWhileItLoadsIsLoggedAndLoadingContinues) {
+    MainWindow window(TwoContacts);
+    const StepTable steps = window.Form->LoadSteps();
+    window.Machine.Desktop.OnSetAppWindowStyle = [] { throw std::runtime_error("made to fail"); };
+    window.Open();
+    EXPECT_TRUE(window.Machine.LogLines().contains(Q("frmMain_Load Error:made to fail")))
+        << window.Machine.LogLines().toStdString();
+    EXPECT_EQ(window.Find<ListView>("lvContacts")->Rows().Count(), 2);
+}
+
+TEST(FrmMain, APhonebookThatFailedToOpenLeavesTheListsEmptyAndSaysNothingHere) {
+    MainWindow window([](TestMachine& machine) {
+        machine.Office.PhonebookDB().CloseDatabase();
+        ASSERT_TRUE(QFile::remove(machine.Office.PhonebookPath()));
+        machine.Office.Boxes.Expect();  // the box of the opening
+    });
+    window.Open();
+    EXPECT_EQ(window.Find<ListView>("lvContacts")->Rows().Count(), 0);
+    EXPECT_EQ(window.Find<TabControl>("tabGroup")->Count(), 2) << "everyone and the favourites";
+    EXPECT_TRUE(window.Form->isEnabled());
+}
+
+TEST(FrmMain, ShowAlertShowsAndHidesTheWarningAndAClickTakesItAway) {
+    MainWindow window;
+    window.Open();
+    auto* label = window.Find<QAbstractButton>("lblFailureWarning");
+    auto* shape = window.Find("shaAlert");
+    window.Form->ShowAlert(true);
+    EXPECT_TRUE(label->isVisible());
+    EXPECT_TRUE(shape->isVisible());
+    EXPECT_EQ(label->text(), Q("One or more messags were not delivered. Click here to clear alert."));
+    EXPECT_EQ(label->toolTip(), Q(" Click here to clear this warning "));
+    QTest::mouseClick(label, Qt::LeftButton);
+    EXPECT_FALSE(label->isVisible());
+    EXPECT_FALSE(shape->isVisible());
+    window.Form->ShowAlert(true);
+    label->setFocus();
+    QTest::keyClick(label, Qt::Key_Space);
+    EXPECT_FALSE(label->isVisible()) << "by keyboard as well";
+}
+
+TEST(FrmMain, AWarningSetWhileTheWindowIsAwayIsWaitingWhenItReturns) {
+    MainWindow window;
+    window.Open();
+    window.Form->ToTray(true);
+    EXPECT_TRUE(window.Form->IsInTray());
+    window.Form->ShowAlert(true);
+    window.Form->ToTray(false);
+    EXPECT_FALSE(window.Form->IsInTray());
+    EXPECT_TRUE(window.Find("lblFailureWarning")->isVisible());
+}
+
+TEST(FrmMain, ASecondStartBringsAMinimisedWindowBackToTheFront) {
+    MainWindow window;
+    window.Open();
+    window.Form->ToTray(true);
+    ASSERT_TRUE(window.Form->isMinimized());
+    ASSERT_TRUE(window.Machine.OneCopy.OnShow);
+    window.Machine.Desktop.Calls.clear();
+    window.Machine.OneCopy.OnShow();
+    EXPECT_FALSE(window.Form->isMinimized());
+    EXPECT_TRUE(window.Form->isVisible());
+    EXPECT_FALSE(window.Form->IsInTray());
+    EXPECT_TRUE(window.Machine.Desktop.Calls.contains(Q("foreground %1").arg(window.Form->winId())));
+}
+
+TEST(FrmMain, TheColoursOfTheTabControlAreThoseOfTheWholeForm) {
+    MainWindow window;
+    window.Open();
+    const QColor colour = window.Find("tabGroup")->palette().color(QPalette::Window);
+    EXPECT_EQ(window.Form->palette().color(QPalette::Window), colour);
+    for (const char* name :
+         {"fraPhoneBook", "fraContactDetail", "lblPhoneCaption", "lblPhone",       "lblNoteCaption",
+          "lblNote",      "lblUserHeader0",   "lblUserHeader1",  "lblUserHeader2", "UserData0",
+          "UserData1",    "UserData2",        "fraRecipients",   "fraMessage",     "fraTail",
+          "txtEndWidth",  "cbTails",          "fraSendButtons",  "pbMsgSize",      "lblCharsRemaining"}) {
+        EXPECT_EQ(window.Find(name)->palette().color(QPalette::Window), colour) << name;
+    }
+    EXPECT_EQ(window.Find("txtEndWidth")->palette().color(QPalette::Base), colour);
+    Look::Apply(Q("dark"));
+    EXPECT_EQ(window.Find("lblPhone")->palette().color(QPalette::Window),
+              window.Find("tabGroup")->palette().color(QPalette::Window));
+    EXPECT_NE(window.Find("lblPhone")->palette().color(QPalette::Window), colour)
+        << "follows a change to dark";
+    Look::Apply(Q("light"));
+}
+
+TEST(FrmMain, TheSignatureTheSortOrderTheTrackerAndTheTabsAreSavedOnClosing) {
+    MainWindow window(TwoContacts);
+    window.Open();
+    window.Find<QLineEdit>("txtEndWidth")->setText(Q("  Front Desk "));
+    QTest::mouseClick(window.Find<QAbstractButton>("cmdSortBy"), Qt::LeftButton);
+    window.Context.MessageTracker.RefreshInterval = 30;
+    window.Form->close();
+    EXPECT_EQ(TestMachine::Stored(SettingNames::SectionDefaults, SettingNames::EndWith), Q("Front Desk"));
+    EXPECT_EQ(TestMachine::Stored(SettingNames::SectionDefaults, SettingNames::SortBy), Q("1"));
+    EXPECT_EQ(TestMachine::Stored(SettingNames::SectionNotify, SettingNames::Interval), Q("30"));
+    EXPECT_EQ(TestMachine::Stored(SettingNames::SectionDisplay, SettingNames::TabOrder), Q("-1,-2,-3"));
+}
+
+TEST(FrmMain, ClosingStopsTheTimersDeletesTheMarkerAndClosesThePhonebook) {
+    MainWindow window;
+    window.Open();
+    window.Form->StartTracking();
+    const QString marker = window.Machine.Office.Folders.TempFolder() + Q("hwnd.app");
+    ASSERT_TRUE(window.Machine.Office.Files.Replace(marker, "1"));
+    EXPECT_TRUE(window.Form->close());
+    EXPECT_FALSE(window.Form->findChild<QTimer*>(Q("tmrCheckMsgStatus"))->isActive());
+    EXPECT_FALSE(window.Machine.Office.Files.Exists(marker));
+    EXPECT_FALSE(window.Form->isVisible());
+    EXPECT_FALSE(window.Context.PhonebookDB->IsConnected());
+    EXPECT_FALSE(window.Machine.OneCopy.OnShow) << "a late second start must not bring a dying window back";
+    EXPECT_TRUE(window.Machine.LogLines().trimmed().endsWith(Q("Application Terminated")));
+}
+
+TEST(FrmMain, ExitTheKeyAndTheCloseButtonAllTakeTheSameWayOut) {
+    for (int way = 0; way < 3; ++way) {
+        MainWindow window;
+        window.Open();
+        if (way == 0) {
+            QTest::mouseClick(window.Find<QAbstractButton>("cmdExit"), Qt::LeftButton);
+        } else if (way == 1) {
+            window.AltKey(Qt::Key_F4);
+        } else {
+            window.Form->close();
+        }
+        EXPECT_FALSE(window.Form->isVisible()) << way;
+        EXPECT_EQ(window.Machine.LogLines().count(Q("Application Terminated")), 1) << way;
+    }
+}
+
+TEST(FrmMain, AnOpenDialogGoesWithTheMainWindow) {
+    MainWindow window;
+    window.Open();
+    QDialog dialog(window.Form.get());
+    dialog.show();
+    window.Form->close();
+    EXPECT_FALSE(dialog.isVisible());
+}
+
+TEST(FrmMain, ItsPlaceAndItsDivisionAreRememberedForTheUser) {
+    {
+        MainWindow window;
+        window.Open();
+        window.Form->resize(1000, 700);
+        window.Form->close();
+        EXPECT_NE(TestMachine::Stored(SettingNames::SectionDisplay, Q("Window")), Q("(none)"));
+        const QString place = TestMachine::Stored(SettingNames::SectionDisplay, Q("Window"));
+        const QString parts = TestMachine::Stored(SettingNames::SectionDisplay, Q("Splitter"));
+        MainWindow again([&](TestMachine&) {
+            TestMachine::Store(SettingNames::SectionDisplay, Q("Window"), place);
+            TestMachine::Store(SettingNames::SectionDisplay, Q("Splitter"), parts);
+        });
+        EXPECT_EQ(again.Form->size(), QSize(1000, 700));
+    }
+    MainWindow fresh([](TestMachine&) {
+        TestMachine::Store(SettingNames::SectionDisplay, Q("Window"), Q("no place"));
+        TestMachine::Store(SettingNames::SectionDisplay, Q("Splitter"), Q("nothing"));
+    });
+    EXPECT_EQ(fresh.Form->size(), QSize(1100, 740));
+}
+
+TEST(FrmMain, IsCreatedAndDestroyedAHundredTimes) {
+    TestMachine machine;
+    machine.StoreOffice();
+    const Machine seams = machine.Seams();
+    const CommandLine arguments{QStringList()};
+    for (int i = 0; i < 100; ++i) {
+        AppContext context(seams);
+        context.AppSettings.SetApplication(Q("Larkspan Messenger"));
+        mdlPhonebook::OpenPhonebook(context.Phonebook);
+        frmMain form(context, seams, arguments);
+        form.Load();
+    }
+}
+
+TEST(FrmMain, ItsPublicMembersEndInTheirPanels) {
+    MainWindow window(TwoContacts);
+    window.Open();
+    frmMain& form = *window.Form;
+    auto* contacts = window.Find<ListView>("lvContacts");
+    auto* recipients = window.Find<ListView>("lvRecipients");
+    auto* message = window.Find("txtMessage");
+
+    form.ShowAlphaGroup(Q("B"));
+    EXPECT_EQ(contacts->Rows().Count(), 1);
+    form.ShowGroup();
+    EXPECT_EQ(contacts->Rows().Count(), 2);
+    form.AddKeysToRecipients(contacts->Rows().KeyList());
+    EXPECT_EQ(recipients->Rows().Count(), 2);
+    form.UpdateStateDisplay();
+    EXPECT_EQ(window.Find("fraRecipients")->property("title").toString(), Q("Recipient List [2]"));
+    message->setProperty("plainText", Q("Hello"));
+    form.EnableButtons();
+    EXPECT_TRUE(window.Find("cmdSendNow")->isEnabled());
+    form.Reset();
+    EXPECT_EQ(recipients->Rows().Count(), 0);
+    EXPECT_TRUE(Words(message).isEmpty());
+    EXPECT_FALSE(window.Find("cmdSendNow")->isEnabled());
+    message->setFocus();
+    form.ContactListFocus(true);
+    EXPECT_TRUE(contacts->hasFocus());
+    form.InitAlphaTabs();
+    EXPECT_EQ(window.Find<TabControl>("tabAlpha")->Selected(), 0);
+    form.InitGroupTabs();
+    EXPECT_EQ(window.Find<TabControl>("tabGroup")->Caption(0), Q("*"));
+    form.InitMessageTails();
+    EXPECT_EQ(window.Find<QComboBox>("cbTails")->count(), 0);
+    form.InitMessageSize();
+    form.InitSortBy();
+    EXPECT_EQ(window.Find<QAbstractButton>("cmdSortBy")->text(), Q("F"));
+    form.InitUserHeaders();
+    EXPECT_TRUE(Words(window.Find("lblUserHeader0")).endsWith(Q(" :")));
+    EXPECT_TRUE(form.IsPasswordOK(false)) << "no password is set";
+    EXPECT_TRUE(form.PublicHistoryPasswordCheck());
+    EXPECT_TRUE(form.ReportPasswordCheck());
+}
+
+TEST(FrmMain, APressOnItsBackgroundIsNotPassedOnAndAPressOnADisabledButtonMovesNothing) {
+    MainWindow window;
+    window.Open();
+    QTest::mouseClick(window.Form.get(), Qt::LeftButton, Qt::NoModifier, QPoint(2, 2));
+    QTest::mouseClick(window.Find("cmdHistory"), Qt::LeftButton);
+    EXPECT_TRUE(window.Form->isVisible());
+}
