@@ -16,6 +16,7 @@
 #include "core/BusyState.h"
 #include "core/Log.h"
 #include "core/Settings.h"
+#include "core/TextRules.h"
 #include "core/Trap.h"
 #include "platform/Clock.h"
 #include "platform/EventPump.h"
@@ -82,7 +83,7 @@ void ComposeArea::LoadSignature() {
 
 void ComposeArea::SaveSignature() const {
     m_services.AppSettings.SetValue(SettingNames::SectionDefaults, SettingNames::EndWith,
-                                    m_message->SignatureText());
+                                    Text::Trim(m_message->SignatureText()));
 }
 
 void ComposeArea::UpdateStateDisplay() {
