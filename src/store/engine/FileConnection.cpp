@@ -78,8 +78,8 @@ FileKind FileInspector::KindOf(const QString& path) {
         throw Failure(Number::NotADatabase,
                       QStringLiteral("Unrecognized database format: no file, or an empty one."));
     }
-    if (const auto known = m_kinds.find(Identity(status)); known != m_kinds.end()) {
-        return known->second;
+    if (m_known.contains(Identity(status))) {
+        return FileKind::Sqlite;
     }
     constexpr qint64 LongestSignature = 20;
     QFile file(path);
@@ -87,16 +87,23 @@ FileKind FileInspector::KindOf(const QString& path) {
         ThrowFileFailure(EACCES);
     }
     const FileKind kind = KindOfBytes(file.read(LongestSignature));
-    if (kind != FileKind::Other) {
-        m_kinds.emplace(Identity(status), kind);
+    if (kind == FileKind::Sqlite) {
+        m_known.insert(Identity(status));
     }
     return kind;
 }
 
-void FileInspector::ForgetFile(const QString& path) {
+void FileInspector::CheckSqlite(const QString& path) {
+    const FileKind kind = KindOf(path);
+    if (kind != FileKind::Sqlite) {
+        ThrowNotOurs(kind);
+    }
+}
+
+void FileInspector::Forget(const QString& path) {
     struct stat status {};
     if (::stat(QFile::encodeName(path).constData(), &status) == 0) {
-        m_kinds.erase(Identity(status));
+        m_known.erase(Identity(status));
     }
 }
 
@@ -136,14 +143,14 @@ void FileConnection::OpenFile(const QString& filename) {
         throw Failure::WithNumber(ObjectIsOpen, QStringLiteral("The connection is open already."));
     }
     const QString path = FullNativePath(filename);
-    const FileKind kind = m_inspector.KindOf(path);
-    if (kind != FileKind::Sqlite) {
-        ThrowNotOurs(kind);
-    }
+    m_inspector.CheckSqlite(path);
     try {
         m_engine = std::make_unique<sqlite::SqliteConnection>(path, m_clock);
-    } catch (const Failure&) {
-        m_inspector.ForgetFile(path);
+    } catch (const Failure& failure) {
+        if (failure.Item().SQLState == QString::number(Number::NotADatabase)) {
+            m_inspector.Forget(path);
+            m_inspector.CheckSqlite(path);
+        }
         throw;
     }
 }
@@ -218,10 +225,7 @@ std::unique_ptr<Connection> FileConnectionFactory::NewConnection() {
 
 void FileConnectionFactory::CompactDatabase(const QString& source, const QString& destination) {
     const QString path = FullNativePath(source);
-    const FileKind kind = m_parts->Inspector.KindOf(path);
-    if (kind != FileKind::Sqlite) {
-        ThrowNotOurs(kind);
-    }
+    m_parts->Inspector.CheckSqlite(path);
     const QString target = FullNativePath(destination);
     if (QFileInfo::exists(target)) {
         throw Failure(Number::CannotCreate, QStringLiteral("There is a file of that name already."));

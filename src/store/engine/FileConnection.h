@@ -4,8 +4,8 @@
 
 #include <QVariantMap>
 
-#include <map>
 #include <memory>
+#include <set>
 #include <utility>
 
 class Clock;
@@ -24,19 +24,21 @@ enum class FileKind {
     Other
 };
 
-/// Looks a file over before it is opened. It is read at the first question only: closing a file drops all
-/// locks that its process holds on it, those of an open connection too. The answers are kept by the identity
-/// of the file.
+/// Looks a file over before it is opened. Closing a file drops all locks that the process holds on it, those
+/// of an open connection too; so a file that was SQLite's is not read again before it is opened, but known by
+/// its identity.
 class FileInspector {
 public:
     /// `path` is this machine's own form. Throws Failure NoSuchFile, NotADatabase (a folder, an empty file),
     /// CannotOpen.
     [[nodiscard]] FileKind KindOf(const QString& path);
-    /// What was known of a file does not hold any more.
-    void ForgetFile(const QString& path);
+    /// Throws Failure NotADatabase, saying what the file is, if it is not SQLite's.
+    void CheckSqlite(const QString& path);
+    /// A file turned out not to be what it was known as: it was replaced.
+    void Forget(const QString& path);
 
 private:
-    std::map<std::pair<quint64, quint64>, FileKind> m_kinds;  // device and number of the file
+    std::set<std::pair<quint64, quint64>> m_known;  // device and number of files that were SQLite's
 };
 
 /// A connection that takes its engine from the file that it opens.

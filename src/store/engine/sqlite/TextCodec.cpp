@@ -39,6 +39,20 @@ qsizetype FindSurrogate(QByteArrayView bytes, qsizetype from) {
     return -1;
 }
 
+/// Plain UTF-8. QString takes a byte order mark at the start for no part of the text; here it is one.
+QString FromUtf8(QByteArrayView bytes) {
+    constexpr QByteArrayView Mark = "\xEF\xBB\xBF";
+    if (!bytes.startsWith(Mark)) {
+        return QString::fromUtf8(bytes);
+    }
+    QString text;
+    while (bytes.startsWith(Mark)) {
+        text.append(QChar::ByteOrderMark);
+        bytes = bytes.sliced(Mark.size());
+    }
+    return text.append(QString::fromUtf8(bytes));
+}
+
 bool IsTail(const uchar* position, const uchar* end) {
     return position < end && (*position & 0xC0) == 0x80;
 }
@@ -69,12 +83,12 @@ QByteArray EncodeText(QStringView text) {
 QString DecodeText(QByteArrayView bytes) {
     qsizetype surrogate = FindSurrogate(bytes, 0);
     if (surrogate < 0) {
-        return QString::fromUtf8(bytes);
+        return FromUtf8(bytes);
     }
     QString text;
     qsizetype start = 0;
     while (surrogate >= 0) {
-        text.append(QString::fromUtf8(bytes.sliced(start, surrogate - start)));
+        text.append(FromUtf8(bytes.sliced(start, surrogate - start)));
         const ushort unit =
             static_cast<ushort>(0xD000 | ((static_cast<uchar>(bytes[surrogate + 1]) & 0x3F) << 6) |
                                 (static_cast<uchar>(bytes[surrogate + 2]) & 0x3F));
@@ -82,7 +96,7 @@ QString DecodeText(QByteArrayView bytes) {
         start = surrogate + 3;
         surrogate = FindSurrogate(bytes, start);
     }
-    return text.append(QString::fromUtf8(bytes.sliced(start)));
+    return text.append(FromUtf8(bytes.sliced(start)));
 }
 
 char32_t NextCharacter(const uchar** position, const uchar* end) {
