@@ -110,15 +110,19 @@ void RowModel::Clear() {
 
 void RowModel::Assign(QList<ListRow> rows) {
     beginResetModel();
-    QSet<QString> seen;
-    seen.reserve(rows.size());
-    rows.removeIf([&seen](const ListRow& row) {
-        const qsizetype before = seen.size();
-        seen.insert(row.Key);
-        return seen.size() == before;
+    m_byKey.clear();
+    m_byKey.reserve(rows.size());
+    int place = 0;
+    rows.removeIf([this, &place](const ListRow& row) {
+        const auto sizeBefore = m_byKey.size();
+        int& known = m_byKey[row.Key];
+        const bool isNew = m_byKey.size() != sizeBefore;
+        if (isNew) {
+            known = place++;
+        }
+        return !isNew;
     });
     m_rows = std::move(rows);
-    Reindex();
     endResetModel();
 }
 

@@ -306,7 +306,7 @@ TEST_F(ContactListView, TheMenuAddsTheSelectionToAGroup) {
 TEST_F(ContactListView, TheMenuMakesANewGroupOfTheSelection) {
     Start();
     SelectRows({0, 2});
-    Door.ExpectName(QStringLiteral("Crew"));
+    ExpectName(QStringLiteral("Crew"));
     ChooseOnList(2, QStringLiteral("Add Selection To Group > {New Group}"));
     ClickTab(QStringLiteral("Crew"));
     EXPECT_EQ(Names(), QStringList({QStringLiteral("Ahern, Aoife"), QStringLiteral("Costa, Joao")}));

@@ -5,60 +5,6 @@
 #include <QDropEvent>
 #include <QMimeData>
 
-AnsweringDoor::~AnsweringDoor() {
-    EXPECT_TRUE(m_dialogs.isEmpty()) << m_dialogs.size() << " expected dialog(s) did not come";
-    EXPECT_TRUE(m_choices.isEmpty()) << m_choices.size() << " expected menu(s) did not come";
-}
-
-void AnsweringDoor::ExpectName(const QString& name, Qt::Key end) {
-    ExpectDialog([name, end](QDialog& dialog) {
-        auto* box = dialog.findChild<QLineEdit*>(QStringLiteral("txtName"));
-        ASSERT_NE(box, nullptr);
-        box->selectAll();
-        QTest::keyClick(box, Qt::Key_Backspace);
-        QTest::keyClicks(box, name);
-        QTest::keyClick(box, end);
-        EXPECT_FALSE(dialog.isVisible());
-    });
-}
-
-void AnsweringDoor::ShowModal(QDialog& dialog, QWidget* owner) {
-    EXPECT_NE(owner, nullptr);
-    if (m_dialogs.isEmpty()) {
-        ADD_FAILURE() << "unexpected dialog: " << dialog.windowTitle().toStdString();
-        return;
-    }
-    dialog.show();
-    m_dialogs.takeFirst()(dialog);
-    dialog.hide();
-}
-
-QAction* AnsweringDoor::ShowMenu(QMenu& menu, const QPoint&) {
-    QStringList texts;
-    QAction* chosen = nullptr;
-    const QString choice = m_choices.isEmpty() ? QString() : m_choices.takeFirst();
-    const std::function<void(QMenu&, const QString&)> read = [&](QMenu& part, const QString& prefix) {
-        const QList<QAction*> entries = part.actions();
-        for (QAction* entry : entries) {
-            const QString text =
-                prefix + QString(entry->text()).replace(QStringLiteral("&&"), QStringLiteral("&"));
-            if (entry->menu() != nullptr) {
-                read(*entry->menu(), text + QStringLiteral(" > "));
-            } else if (entry->isSeparator()) {
-                texts.append(prefix + u'-');
-            } else {
-                texts.append(entry->isEnabled() ? text : u'(' + text + u')');
-                chosen = text == choice && entry->isEnabled() ? entry : chosen;
-            }
-        }
-    };
-    read(menu, QString());
-    Menus.append(texts);
-    EXPECT_TRUE(choice.isEmpty() || chosen != nullptr)
-        << "no entry " << choice.toStdString() << " in " << texts.join(u',').toStdString();
-    return chosen;
-}
-
 PhonebookOffice::PhonebookOffice() : AppLog(Office.Files, Office.Time) {
     AppLog.LogToFile(Office.DataFolder.filePath(QStringLiteral("applog.txt")));
 }
@@ -170,4 +116,15 @@ void PhonebookOffice::Press(QStringView button) {
 QString PhonebookOffice::LogText() {
     return QString::fromUtf8(
         Office.Files.Read(Office.DataFolder.filePath(QStringLiteral("applog.txt"))).value_or(QByteArray()));
+}
+
+void PhonebookOffice::ExpectName(const QString& name, Qt::Key end) {
+    Door.ExpectDialog([name, end](QDialog& dialog) {
+        auto* box = dialog.findChild<QLineEdit*>(QStringLiteral("txtName"));
+        ASSERT_NE(box, nullptr);
+        box->selectAll();
+        QTest::keyClick(box, Qt::Key_Backspace);
+        QTest::keyClicks(box, name);
+        QTest::keyClick(box, end);
+    });
 }

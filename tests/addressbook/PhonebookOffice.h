@@ -6,21 +6,18 @@
 #include "addressbook/PhonebookSide.h"
 #include "addressbook/frmTabName.h"
 #include "controls/ListView.h"
-#include "controls/ModalDoor.h"
 #include "controls/TabControl.h"
 #include "core/Log.h"
+#include "support/RecordingDoor.h"
 #include "support/TempOffice.h"
 
 #include <QDialog>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMenu>
-#include <QPointer>
 #include <QTest>
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <memory>
 #include <ostream>
 
@@ -62,28 +59,6 @@ public:
     }
 };
 
-/// Answers dialogs and menus in the order that was prepared. One that was not expected fails the test, and so
-/// does a prepared answer that was not used.
-class AnsweringDoor final : public ModalDoor {
-public:
-    /// The entries of each menu shown, submenus as "text > entry"; a greyed entry stands in brackets.
-    QList<QStringList> Menus;
-
-    ~AnsweringDoor() override;
-    void ExpectDialog(std::function<void(QDialog&)> answer) { m_dialogs.append(std::move(answer)); }
-    /// Types into the dialog's text box as a person does, then presses the key.
-    void ExpectName(const QString& name, Qt::Key end = Qt::Key_Return);
-    /// Chooses the entry with this text; the empty text dismisses the menu.
-    void ExpectMenu(const QString& choice) { m_choices.append(choice); }
-
-    void ShowModal(QDialog& dialog, QWidget* owner) override;
-    QAction* ShowMenu(QMenu& menu, const QPoint& position) override;
-
-private:
-    QList<std::function<void(QDialog&)>> m_dialogs;
-    QStringList m_choices;
-};
-
 /// The phonebook side of the window on a real office, started as the main window starts it.
 class PhonebookOffice : public ::testing::Test {
 protected:
@@ -118,6 +93,8 @@ protected:
     void DoubleClickRow(int row);
     void Press(QStringView button);
     [[nodiscard]] QString LogText();
+    /// Types into the next name dialog as a person does, then presses the key.
+    void ExpectName(const QString& name, Qt::Key end = Qt::Key_Return);
 
     TempOffice Office;
     ContactList AddressContacts;
@@ -125,7 +102,7 @@ protected:
     QString LocaleCountry = QStringLiteral("IE");
     bool IsInitialising = false;
     RecordingHost Host;
-    AnsweringDoor Door;
+    RecordingDoor Door;
     Log AppLog;
     std::unique_ptr<PhonebookArea> Area;
 };

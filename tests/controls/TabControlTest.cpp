@@ -345,6 +345,21 @@ TEST_F(TabControlTest, SelectionAndFocusAreSeen) {
     EXPECT_NE(picture(), second);
 }
 
+TEST_F(TabControlTest, AQuietControlShowsItsSelectionAsAnOutline) {
+    Add({A, B});
+    m_tabs.Select(1);
+    const QColor full = m_tabs.palette().color(QPalette::Highlight);
+    const auto isFilled = [&] {
+        return m_tabs.grab().toImage().pixelColor(m_tabs.TabRect(1).center() - QPoint(0, 9)) == full;
+    };
+    EXPECT_TRUE(isFilled());
+    const QImage loud = m_tabs.grab().toImage();
+    m_tabs.SetQuiet(true);
+    EXPECT_FALSE(isFilled());
+    m_tabs.SetQuiet(false);
+    EXPECT_EQ(m_tabs.grab().toImage(), loud);
+}
+
 TEST_F(TabControlTest, AScreenReaderFindsTheTabs) {
     Add({A, B});
     m_tabs.setAccessibleName(QStringLiteral("Groups"));

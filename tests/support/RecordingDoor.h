@@ -19,7 +19,8 @@ class RecordingDoor final : public ModalDoor {
 public:
     using DialogAnswer = std::function<void(QDialog&)>;
 
-    /// Window titles of the dialogs and texts of the menus, in the order in which they came.
+    /// Window titles of the dialogs and texts of the menus, in the order in which they came. An entry of a
+    /// submenu is "text > entry", a separator "-", and a greyed entry stands in brackets.
     QStringList Dialogs;
     QList<QStringList> Menus;
     /// The owner and position given with the last of each.
@@ -33,7 +34,7 @@ public:
     }
 
     void ExpectDialog(DialogAnswer answer) { m_dialogAnswers.append(std::move(answer)); }
-    /// The text of the entry to choose; empty dismisses the menu.
+    /// The text of the entry to choose, as above; empty dismisses the menu.
     void ExpectMenu(const QString& choice) { m_menuAnswers.append(choice); }
 
     void ShowModal(QDialog& dialog, QWidget* owner) override {
@@ -54,13 +55,7 @@ public:
         QStringList texts;
         QAction* chosen = nullptr;
         const QString choice = m_menuAnswers.isEmpty() ? QString() : m_menuAnswers.first();
-        const QList<QAction*> entries = menu.actions();
-        for (QAction* entry : entries) {
-            texts.append(entry->isSeparator() ? QStringLiteral("-") : entry->text());
-            if (!choice.isEmpty() && entry->text() == choice) {
-                chosen = entry;
-            }
-        }
+        Read(menu, QString(), choice, texts, chosen);
         Menus.append(texts);
         MenuPosition = position;
         if (m_menuAnswers.isEmpty()) {
@@ -73,6 +68,23 @@ public:
     }
 
 private:
+    static void Read(const QMenu& menu, const QString& prefix, const QString& choice, QStringList& texts,
+                     QAction*& chosen) {
+        const QList<QAction*> entries = menu.actions();
+        for (QAction* entry : entries) {
+            const QString text =
+                prefix + QString(entry->text()).replace(QStringLiteral("&&"), QStringLiteral("&"));
+            if (entry->menu() != nullptr) {
+                Read(*entry->menu(), text + QStringLiteral(" > "), choice, texts, chosen);
+            } else if (entry->isSeparator()) {
+                texts.append(prefix + u'-');
+            } else {
+                texts.append(entry->isEnabled() ? text : u'(' + text + u')');
+                chosen = !choice.isEmpty() && entry->isEnabled() && text == choice ? entry : chosen;
+            }
+        }
+    }
+
     QList<DialogAnswer> m_dialogAnswers;
     QStringList m_menuAnswers;
 };
