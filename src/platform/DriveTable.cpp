@@ -196,7 +196,7 @@ QString DriveTable::ShareFolder(const QString& share) const {
 }
 
 QString DriveTable::FolderOf(const QString& drive) const {
-    const QString folder = IsDrive(drive) ? LetterFolder(drive.left(2)) : QString();
+    QString folder = IsDrive(drive) ? LetterFolder(drive.left(2)) : QString();
     if (!IsShare(folder)) {
         return folder;
     }
