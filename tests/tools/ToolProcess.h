@@ -28,8 +28,6 @@ public:
     void Signal(int number) const;
     /// Waits at most a minute for the end.
     [[nodiscard]] ToolResult Finish();
-    /// Lets go of the other end of its standard output.
-    void CloseOutput() { m_process.closeReadChannel(QProcess::StandardOutput); }
 
 private:
     QProcess m_process;

@@ -80,7 +80,7 @@ QList<qint32> GatewayOutbox::Make(const QList<StatusMove>& moves) {
         const qint32 count = m_db.ExecuteRecordResult(MoveSQL(move));
         if (count == 1) {
             changed.append(move.ID);
-        } else if (m_db.IsError()) {
+        } else if (HasFailed()) {
             throw Failure(QStringLiteral("the outbox cannot be written"));
         }
     }
@@ -101,6 +101,11 @@ QList<OutboxRow> GatewayOutbox::Read(const QString& sql) {
                        Numbers::NullToString(rows->Value(u"msgText"))});
     }
     return result;
+}
+
+bool GatewayOutbox::HasFailed() const {
+    // A statement that succeeded at its second try leaves IsError set, but no error in the collection.
+    return m_db.IsError() && (m_db.Connection() == nullptr || !m_db.Connection()->Errors().isEmpty());
 }
 
 OutboxFailure GatewayOutbox::Failure(const QString& step) const {

@@ -59,6 +59,7 @@ public:
     [[nodiscard]] QList<qint32> Make(const QList<StatusMove>& moves);
 
 private:
+    [[nodiscard]] bool HasFailed() const;
     [[nodiscard]] OutboxFailure Failure(const QString& step) const;
     [[nodiscard]] QList<OutboxRow> Read(const QString& sql);
 
