@@ -37,13 +37,22 @@ MessageBar::MessageBar(QWidget* parent)
 }
 
 void MessageBar::SetMaximum(int maximum) {
-    setRange(std::min(0, maximum), maximum);
-    update();
+    if (maximum != this->maximum()) {
+        setRange(std::min(0, maximum), maximum);
+        update();
+    }
 }
 
 void MessageBar::SetPosition(int position) {
+    if (position == m_position) {
+        return;
+    }
     m_position = position;
+    // A progress bar paints itself at once on every new value; this one changes with every key.
+    const bool isUpdating = updatesEnabled();
+    setUpdatesEnabled(false);
     setValue(position);
+    setUpdatesEnabled(isUpdating);
     update();
 }
 

@@ -1,5 +1,6 @@
 #include "compose/MessagePanel.h"
 
+#include "compose/CounterLabel.h"
 #include "compose/GSMCharSet.h"
 #include "compose/MessageBar.h"
 #include "compose/MessageEdit.h"
@@ -126,8 +127,9 @@ void MessagePanel::BuildTailFrame() {
     connect(m_cbTails, &QComboBox::currentIndexChanged, this, &MessagePanel::ShowRemainingChars);
 }
 
-QLabel* MessagePanel::NewCounter(const QString& name, const QString& toolTip, const QString& accessible) {
-    auto* label = new QLabel(m_fraMessage);
+CounterLabel* MessagePanel::NewCounter(const QString& name, const QString& toolTip,
+                                       const QString& accessible) {
+    auto* label = new CounterLabel(m_fraMessage);
     label->setObjectName(name);
     label->setToolTip(toolTip);
     label->setAccessibleName(accessible);
@@ -189,25 +191,19 @@ void MessagePanel::ShowRemainingChars() {
     const QString text = m_txtMessage->Text();
     const MessageSize size = MessageSize::Measure(text, tail, m_outbox.MaxMessageSize);
     m_pbMsgSize->SetMaximum(size.Available);
-    Trap([&] { ShowCounter(*m_lblUsed, mdlGSMCharSet::GSMTextLength(text)); });
+    Trap([&] { m_lblUsed->SetNumber(mdlGSMCharSet::GSMTextLength(text)); });
     if (size.IsCut) {
         // Announces the change, so that a complete run happens in here and shows the shortened count.
         Trap([&] { m_txtMessage->CutTo(static_cast<int>(size.Text.size())); });
     }
-    ShowCounter(*m_lblSMSPageCount, size.Parts);
+    m_lblSMSPageCount->SetNumber(size.Parts);
     m_pbMsgSize->SetPosition(m_pbMsgSize->Maximum() - size.Remaining);
     ShowBarColour(size.Parts);
-    ShowCounter(*m_lblCharsRemaining, size.Remaining);
+    m_lblCharsRemaining->SetNumber(size.Remaining);
     m_txtMessage->SetUnitsLeft(size.Remaining);
     if (size.Remaining == 0) {
         Trap([this] { m_sound.Beep(); });
     }
-}
-
-void MessagePanel::ShowCounter(QLabel& label, int value) {
-    const QString number = QString::number(value);
-    label.setText(number);
-    label.setAccessibleDescription(number);
 }
 
 void MessagePanel::ShowBarColour(qint16 parts) {

@@ -4,12 +4,12 @@
 #include <QString>
 #include <QWidget>
 
+class CounterLabel;
 class Log;
 class MessageBar;
 class MessageEdit;
 class QComboBox;
 class QGroupBox;
-class QLabel;
 class QLineEdit;
 class QPushButton;
 class QVBoxLayout;
@@ -64,9 +64,9 @@ protected:
 private:
     void BuildMessageFrame();
     void BuildTailFrame();
-    [[nodiscard]] QLabel* NewCounter(const QString& name, const QString& toolTip, const QString& accessible);
+    [[nodiscard]] CounterLabel* NewCounter(const QString& name, const QString& toolTip,
+                                           const QString& accessible);
     void ReadMessageTails();
-    void ShowCounter(QLabel& label, int value);
     void ShowBarColour(qint16 parts);
 
     OutboxState& m_outbox;
@@ -79,9 +79,9 @@ private:
     QVBoxLayout* m_messageLayout = nullptr;
     MessageEdit* m_txtMessage;
     MessageBar* m_pbMsgSize;
-    QLabel* m_lblUsed;
-    QLabel* m_lblSMSPageCount;
-    QLabel* m_lblCharsRemaining;
+    CounterLabel* m_lblUsed;
+    CounterLabel* m_lblSMSPageCount;
+    CounterLabel* m_lblCharsRemaining;
     QPushButton* m_cmdClearMessage;
     QLineEdit* m_txtEndWidth;
     QComboBox* m_cbTails;

@@ -3,6 +3,7 @@ larkspan_library(larkspan_compose_ui
   SOURCES
     ComposeArea.cpp ComposeArea.h
     ComposeServices.h
+    CounterLabel.cpp CounterLabel.h
     HeldKeyGuard.cpp HeldKeyGuard.h
     InputGate.cpp InputGate.h
     MessageBar.cpp MessageBar.h
