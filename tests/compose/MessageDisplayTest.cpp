@@ -251,16 +251,16 @@ TEST_F(MessageDisplayTest, TailsThatCannotBeReadAreLoggedUnderTheirOldName) {
     EXPECT_EQ(cbTails().count(), 0);
 }
 
-TEST_F(MessageDisplayTest, TheSignatureIsKeptInTheSettings) {
+TEST_F(MessageDisplayTest, TheSignatureIsKeptTrimmedInTheSettings) {
     Area->LoadSignature();
     EXPECT_EQ(txtEndWidth().text(), QString());
-    txtEndWidth().setText(QStringLiteral(" Front Desk"));
+    txtEndWidth().setText(QStringLiteral(" Front Desk "));
     Area->SaveSignature();
     EXPECT_EQ(Office.AppSettings.GetValue(QStringLiteral("Defaults"), QStringLiteral("EndWith"), QString()),
-              QStringLiteral(" Front Desk"));
+              QStringLiteral("Front Desk"));
     txtEndWidth().clear();
     Area->LoadSignature();
-    EXPECT_EQ(txtEndWidth().text(), QStringLiteral(" Front Desk"));
+    EXPECT_EQ(txtEndWidth().text(), QStringLiteral("Front Desk"));
 }
 
 TEST_F(MessageDisplayTest, CountCharCountsOneCharacterAndSMSLengthDoublesOnlyTheEuroSign) {

@@ -190,6 +190,8 @@ TEST_F(RecipientListTest, ADoubleClickOnEmptySpaceDoesNothing) {
     QTest::mouseDClick(lvRecipients().viewport(), Qt::LeftButton, {}, below);
     EXPECT_EQ(lvRecipients().Rows().Count(), 0);
     AddRecipient(1, QStringLiteral("Byrne"));
+    lvRecipients().SelectKey(QStringLiteral("C1"));
+    QTest::mouseClick(lvRecipients().viewport(), Qt::LeftButton, {}, below);
     QTest::mouseDClick(lvRecipients().viewport(), Qt::LeftButton, {}, below);
     EXPECT_EQ(lvRecipients().Rows().Count(), 1);
     EXPECT_EQ(RecipientContacts.Count(), 1);
