@@ -1,0 +1,253 @@
+// The tour of ./run where there is no display: a whole send, driven through the controls of the real program's window.
+//
+// usage: larkspan-tour --data FOLDER PICTURES
+// Exit status 0 only if every message reached its final status and stands in both local files.
+
+#include "e2e/Driver.h"
+
+#include "app/AppContext.h"
+#include "app/CommandLine.h"
+#include "app/EntryRoutine.h"
+#include "app/RealMachine.h"
+#include "controls/ListView.h"
+#include "platform/Drives.h"
+#include "platform/Folders.h"
+#include "platform/LocalFiles.h"
+#include "shell/Application.h"
+#include "shell/Look.h"
+#include "shell/MainScreens.h"
+#include "shell/frmMain.h"
+
+#include <QDateTimeEdit>
+#include <QDir>
+#include <QPlainTextEdit>
+#include <QSet>
+#include <QTest>
+#include <QTimer>
+
+#include <cstdio>
+
+namespace {
+
+struct Tour {
+    AppContext& Context;
+    const Machine& Parts;
+    frmMain& Window;
+    Driver Hand;
+
+    void PickPeople();
+    void Compose();
+    void SendNow();
+    void SendAtTime();
+    void SeeItDelivered();
+    void CheckFiles() const;
+    void ShowLooks();
+    void Run();
+
+    [[nodiscard]] int Recipients() const { return Driver::Find<ListView>(QStringLiteral("lvRecipients")).Rows().Count(); }
+    [[nodiscard]] QStringList NamesWithConfirmation(bool isConfirm, int count) const;
+
+    int Expected = 0;
+};
+
+QString StatusWord(qint32 status) {
+    switch (status) {
+        case 0:
+            return QStringLiteral("waiting");
+        case 1:
+            return QStringLiteral("being handed over");
+        case 2:
+            return QStringLiteral("canceled");
+        case 3:
+            return QStringLiteral("en route");
+        case 4:
+            return QStringLiteral("could not be sent");
+        case 5:
+            return QStringLiteral("delivered");
+        case 6:
+            return QStringLiteral("delivery unconfirmed");
+        case 7:
+            return QStringLiteral("not delivered");
+        default:
+            return QStringLiteral("unknown");
+    }
+}
+
+QStringList Tour::NamesWithConfirmation(bool isConfirm, int count) const {
+    QStringList names;
+    for (const Contact& contact : Context.AddressContacts.list()) {
+        if (contact.IsConfirmSend == isConfirm && names.size() < count) {
+            names.append(contact.DisplayName(Context.SortBy));
+        }
+    }
+    return names;
+}
+
+void Tour::PickPeople() {
+    Hand.Picture(QStringLiteral("1-start"));
+    const QString list = QStringLiteral("lvContacts");
+    const QStringList people = NamesWithConfirmation(false, 3);
+    Hand.ClickRow(list, people[0]);
+    Hand.ClickRow(list, people[1], Qt::ControlModifier);
+    Hand.ClickRow(list, people[2], Qt::ControlModifier);
+    Hand.Press(list, Qt::Key_Return);
+    Hand.WaitFor(QStringLiteral("three recipients"), [this] { return Recipients() == 3; });
+    Hand.DoubleClickRow(list, NamesWithConfirmation(true, 1)[0]);
+    Hand.WaitFor(QStringLiteral("a fourth recipient"), [this] { return Recipients() == 4; });
+
+    // A double click on a group's tab adds the group.
+    const auto groups = mdlPhonebook::GetGroups(Context);
+    const QString group = groups->Value(u"grpName").toString();
+    Hand.DoubleClickTab(QStringLiteral("tabGroup"), group);
+    Hand.WaitFor(QStringLiteral("the members of ") + group, [this] { return Recipients() > 4; });
+    Hand.Picture(QStringLiteral("2-recipients"));
+}
+
+void Tour::Compose() {
+    Hand.Type(QStringLiteral("txtMessage"),
+              QStringLiteral("Dear @FN @SN, the canteen closes at 14:00 on @TD. Please collect orders before then."));
+    Hand.Picture(QStringLiteral("3-message"));
+}
+
+void Tour::SendNow() {
+    Expected += Recipients();
+    Hand.WhenDialog(QStringLiteral("frmConfirmRecipient"), [this] {
+        Hand.Picture(QStringLiteral("4-confirm"));
+        Driver::Click(QStringLiteral("cmdOkay"));
+    });
+    Hand.Click(QStringLiteral("cmdSendNow"));
+    Hand.WaitFor(QStringLiteral("an empty composition"), [this] { return Recipients() == 0; });
+    Hand.Picture(QStringLiteral("5-sent"));
+}
+
+void Tour::SendAtTime() {
+    Hand.ClickTab(QStringLiteral("tabGroup"), QStringLiteral("*"));
+    Hand.DoubleClickRow(QStringLiteral("lvContacts"), NamesWithConfirmation(false, 4)[3]);
+    Hand.WaitFor(QStringLiteral("one recipient"), [this] { return Recipients() == 1; });
+    Hand.Type(QStringLiteral("txtMessage"), QStringLiteral("Your parcel is at the front desk."));
+    ++Expected;
+    Hand.WhenDialog(QStringLiteral("frmGetTime"), [this] {
+        Hand.Picture(QStringLiteral("6-schedule"));
+        // Due at once: a tour does not wait for an hour.
+        Driver::Find<QDateTimeEdit>(QStringLiteral("dtTime")).setTime(QTime(0, 0));
+        Driver::Click(QStringLiteral("cmdOK"));
+    });
+    Hand.Click(QStringLiteral("cmdSendLater"));
+    Hand.WaitFor(QStringLiteral("an empty composition"), [this] { return Recipients() == 0; });
+}
+
+void Tour::SeeItDelivered() {
+    const auto countFinal = [this] {
+        int count = 0;
+        for (int slot = 0; slot < MessageTracker::SlotCount; ++slot) {
+            const MessageTracker::Slot& message = Context.MessageTracker.SlotAt(slot);
+            count += message.msgID != 0 && mdlOutbox::IsMessageFinal(message.status) ? 1 : 0;
+        }
+        return count;
+    };
+    Hand.WaitFor(QStringLiteral("every message at its final status"), [&] { return countFinal() == Expected; }, 90);
+    for (int slot = 0; slot < MessageTracker::SlotCount; ++slot) {
+        const MessageTracker::Slot& message = Context.MessageTracker.SlotAt(slot);
+        if (message.msgID != 0) {
+            std::printf("    message %-4d to %-28s %s %s\n", message.msgID, qUtf8Printable(message.recipient),
+                        qUtf8Printable(StatusWord(message.status)), qUtf8Printable(message.deliveryTime));
+        }
+    }
+    Hand.Picture(QStringLiteral("7-delivered"));
+}
+
+void Tour::CheckFiles() const {
+    mdlHistory history(Parts.Files, Parts.Places, Parts.Boxes, Parts.Page);
+    QSet<qint32> inHistory;
+    for (const HistoryRecord& record : history.ReadHistory()) {
+        inHistory.insert(record.MessageID);
+    }
+    const QByteArray log =
+        Parts.Files.Read(Parts.Places.ApplicationFolder() + QStringLiteral("messagelog.sms")).value_or(QByteArray());
+    for (int slot = 0; slot < MessageTracker::SlotCount; ++slot) {
+        const qint32 id = Context.MessageTracker.SlotAt(slot).msgID;
+        if (id != 0 && !inHistory.contains(id)) {
+            throw DriverError(QStringLiteral("message %1 is not in history.sms").arg(id));
+        }
+        if (id != 0 && !("\n" + log).contains("\n" + QByteArray::number(id) + ',')) {
+            throw DriverError(QStringLiteral("message %1 is not in messagelog.sms").arg(id));
+        }
+    }
+    std::printf("    %d messages, all in history.sms and messagelog.sms\n", Expected);
+}
+
+void Tour::ShowLooks() {
+    const QString list = QStringLiteral("lvContacts");
+    Hand.ClickTab(QStringLiteral("tabGroup"), QStringLiteral("*"));
+    const QStringList people = NamesWithConfirmation(false, 6);
+    Hand.ClickRow(list, people[2]);
+    Hand.ClickRow(list, people[4], Qt::ControlModifier);
+    Hand.Press(list, Qt::Key_Return);
+    Hand.DoubleClickRow(list, NamesWithConfirmation(true, 1)[0]);
+    Hand.ClickRow(list, people[5]);
+    Hand.Type(QStringLiteral("txtMessage"),
+              QStringLiteral("Dear @FN, the canteen closes at 14:00 on @TD. Please collect orders before then."));
+    Window.resize(1100, 740);
+    Hand.PictureOf(Window, QStringLiteral("main-window"));
+    Look::Apply(QStringLiteral("dark"));
+    Window.ShowAlert(true);
+    Hand.PictureOf(Window, QStringLiteral("main-window-dark"));
+    Look::Apply(QStringLiteral("light"));
+    Window.resize(900, 600);
+    Hand.PictureOf(Window, QStringLiteral("main-window-small"));
+    Window.ShowAlert(false);
+    Window.resize(1900, 1000);
+    Hand.PictureOf(Window, QStringLiteral("main-window-large"));
+}
+
+void Tour::Run() {
+    PickPeople();
+    Compose();
+    SendNow();
+    SendAtTime();
+    SeeItDelivered();
+    CheckFiles();
+    ShowLooks();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const CommandLine commandLine(QStringList{QString::fromLocal8Bit(argv[1]), QString::fromLocal8Bit(argv[2])});
+    if (argc != 4 || commandLine.DataFolder.isEmpty()) {
+        std::fprintf(stderr, "usage: larkspan-tour --data FOLDER PICTURES\n");
+        return 2;
+    }
+    CompleteEnvironment();
+    Application application(argc, argv);
+    Look::Apply(QStringLiteral("light"));
+    RealMachine real;
+    const Machine machine = real.Seams();
+    application.SetLastResort(&machine.AppLog, &machine.Boxes);
+    AppContext context(machine);
+    MainScreens screens(context, machine, commandLine);
+    EntryRoutine entry(context, machine, screens, commandLine);
+    if (!entry.Run()) {
+        std::fprintf(stderr, "the program did not start\n");
+        return 1;
+    }
+
+    int status = 1;
+    const QString pictures = QString::fromLocal8Bit(argv[3]);
+    QDir().mkpath(pictures);
+    QTimer::singleShot(0, &application, [&] {
+        Tour tour{context, machine, *screens.Main(), Driver(pictures)};
+        try {
+            Driver::WaitFor(QStringLiteral("the main window"),
+                            [&] { return screens.Main() != nullptr && screens.Main()->isActiveWindow(); });
+            tour.Run();
+            status = 0;
+        } catch (const std::exception& problem) {
+            std::fprintf(stderr, "tour: %s\n", problem.what());
+            tour.Hand.Picture(QStringLiteral("failed"));
+        }
+        Driver::Click(QStringLiteral("cmdExit"));
+    });
+    const int ended = Application::exec();
+    return status != 0 ? status : ended;
+}
