@@ -80,7 +80,8 @@ bool DeleteContact(const PhonebookState& state, qint32 id);
 /// count. Failures are passed over.
 void AddToGroup(const PhonebookState& state, qint16 groupID, const QString& keys);
 void RemoveFromGroup(const PhonebookState& state, qint16 groupID, qint16 contactID);
-/// Stores the first 10 characters. The new grpID, 0 on failure (a box has told why).
+/// Stores the first 10 characters. The new grpID, 0 on failure (a box has told why). Throws OverflowError for
+/// a grpID beyond 32767: the row is written by then.
 [[nodiscard]] qint16 AddGroup(const PhonebookServices& services, const QString& name);
 /// Stores the first 6 characters; failures are not reported.
 void RenameGroup(const PhonebookState& state, qint16 groupID, const QString& name);
