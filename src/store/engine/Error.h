@@ -18,6 +18,7 @@ inline constexpr int SystemResources = 3035;
 inline constexpr int DiskOrNetworkError = 3043;
 inline constexpr int InvalidStatement = 3129;    // begins with no known verb
 inline constexpr int CharactersAfterEnd = 3142;  // a second statement, or anything else behind the end
+inline constexpr int NotPartOfAggregate = 3122;  // a column that is not grouped by
 inline constexpr int QueryTooComplex = 3360;
 inline constexpr int DataTypeMismatch = 3421;
 inline constexpr int ValueTooLong = 3163;

@@ -2,6 +2,7 @@
 
 #include "store/engine/Error.h"
 #include "store/engine/sql/ExpressionParser.h"
+#include "store/engine/sql/Grouping.h"
 #include "store/engine/sql/Literals.h"
 #include "store/engine/sql/TokenStream.h"
 
@@ -97,6 +98,11 @@ private:
             ParseOrderBy(select);
         } else if (select.IsAll) {
             RefuseSyntax(m_number);
+        }
+        if (!IsGroupingWhole(select)) {
+            throw Failure(
+                Number::NotPartOfAggregate,
+                QStringLiteral("A column is neither grouped by nor part of an aggregate function."));
         }
         return select;
     }

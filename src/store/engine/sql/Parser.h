@@ -23,7 +23,8 @@ inline constexpr int MaxValues = 30000;
 ///
 /// Throws Failure: InvalidStatement if it begins with no verb of the dialect; SyntaxInSelect, SyntaxInInsert,
 /// SyntaxInUpdate, SyntaxInDelete for the shape of the statement; SyntaxInExpression inside an expression;
-/// CharactersAfterEnd for anything behind the ";"; QueryTooComplex beyond the limits above.
+/// NotPartOfAggregate for a column of no group; CharactersAfterEnd for anything behind the ";";
+/// QueryTooComplex beyond the limits above.
 [[nodiscard]] Statement Parse(QStringView text, const MonthNames& months);
 
 }  // namespace engine::sql

@@ -4,6 +4,8 @@
 
 #include <sqlite3.h>
 
+#include <QFile>
+
 namespace engine::sqlite {
 
 namespace {
@@ -41,7 +43,7 @@ Database::~Database() = default;
 void Database::Open(const QString& path) {
     constexpr int Flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
     sqlite3* handle = nullptr;
-    const int code = sqlite3_open_v2(path.toLocal8Bit().constData(), &handle, Flags, nullptr);
+    const int code = sqlite3_open_v2(QFile::encodeName(path).constData(), &handle, Flags, nullptr);
     m_handle.reset(handle);
     if (code != SQLITE_OK) {
         ThrowFailure(handle, code, Doing::Open);

@@ -49,7 +49,7 @@ int ExpressionFailure(const char16_t* expression) {
 TEST(Parser, ASelectHasItemsTableConditionGroupsAndOrder) {
     const auto select =
         std::get<Select>(Read(u"SELECT TOP 100 a, Sum(t.b) AS [The Sum] FROM t WHERE a > 1 GROUP BY a ORDER "
-                              u"BY a, b DESC , c ASC;"));
+                              u"BY a, Max(b) DESC , a + 1 ASC;"));
     EXPECT_EQ(select.Top, 100);
     EXPECT_FALSE(select.IsAll);
     ASSERT_EQ(select.Items.size(), 2U);
@@ -165,8 +165,8 @@ TEST(Parser, ComparisonsHaveTheirKinds) {
 }
 
 TEST(Parser, ANameBeforeAParenthesisIsAFunctionUnlessItIsBracketed) {
-    const QString text =
-        QStringLiteral("SELECT Count(*) AS [Count], LEN (a), IIF(a, b, 'c'), [Count] FROM t");
+    const QString text = QStringLiteral(
+        "SELECT Count(*) AS [Count], LEN (a), IIF(a, b, 'c'), [Count] FROM t GROUP BY a, b, [Count]");
     const auto items = std::get<Select>(Read(text)).Items;
     EXPECT_EQ(items[0].Value.Operands[0].Kind, ExpressionKind::Star);
     EXPECT_EQ(items[1].Value.Called, Function::Len);
@@ -304,6 +304,23 @@ TEST(Parser, AggregatesStandInTheListAndInTheOrderAndNotInsideOneAnother) {
     EXPECT_EQ(FailureOf(QStringLiteral("SELECT a FROM t GROUP BY Sum(a)")), Number::SyntaxInExpression);
     EXPECT_EQ(FailureOf(QStringLiteral("UPDATE t SET a = Max(b)")), Number::SyntaxInExpression);
     EXPECT_EQ(FailureOf(QStringLiteral("SELECT Sum(*) FROM t")), Number::SyntaxInExpression);
+}
+
+TEST(Parser, AColumnBesideASumIsGroupedBy) {
+    for (const auto& text : {u"SELECT a, Sum(b) FROM t", u"SELECT * FROM t GROUP BY a",
+                             u"SELECT b FROM t GROUP BY a", u"SELECT a, LEN(b) FROM t GROUP BY a",
+                             u"SELECT a FROM t ORDER BY Sum(b)", u"SELECT a FROM t GROUP BY a ORDER BY b",
+                             u"SELECT a + b FROM t GROUP BY a", u"SELECT LEN(a) FROM t GROUP BY LEN(b)"}) {
+        EXPECT_EQ(FailureOf(QString::fromUtf16(text)), Number::NotPartOfAggregate)
+            << QString::fromUtf16(text).toStdString();
+    }
+    for (const auto& text :
+         {u"SELECT Sum(a + b), 5, @@IDENTITY FROM t",
+          u"SELECT t.A, Sum(b) AS s FROM t GROUP BY a ORDER BY s, a, Max(c)",
+          u"SELECT LEN(a) + 1 FROM t GROUP BY len([A])", u"SELECT a + 1 FROM t GROUP BY a",
+          u"SELECT IIF(a > 1, 'x', Sum(b)) FROM t GROUP BY a", u"SELECT Count(*) FROM t"}) {
+        EXPECT_EQ(FailureOf(QString::fromUtf16(text)), 0) << QString::fromUtf16(text).toStdString();
+    }
 }
 
 TEST(Parser, OneStatementACall) {
