@@ -22,7 +22,6 @@ AlertStrip::AlertStrip(QWidget* parent) : QFrame(parent), m_lblFailureWarning(ne
         QStringLiteral("One or more messags were not delivered. Click here to clear alert."));
     m_lblFailureWarning->setToolTip(QStringLiteral(" Click here to clear this warning "));
     m_lblFailureWarning->setAccessibleName(m_lblFailureWarning->text());
-    m_lblFailureWarning->setFlat(true);
     m_lblFailureWarning->setCursor(Qt::PointingHandCursor);
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(4, 2, 4, 2);
@@ -38,15 +37,17 @@ void AlertStrip::TakeColours() {
     colours.setColor(QPalette::Button, AlertColour);
     colours.setColor(QPalette::WindowText, Qt::white);
     colours.setColor(QPalette::ButtonText, Qt::white);
+    colours.setColor(QPalette::Mid, AlertColour);  // no outline: it is a label to the eye
+    colours.setColor(QPalette::Link, Qt::white);   // the focus ring
     setPalette(colours);
     m_lblFailureWarning->setPalette(colours);
 }
 
-void AlertStrip::changeEvent(QEvent* event) {
-    QFrame::changeEvent(event);
+bool AlertStrip::event(QEvent* event) {
     if (event->type() == QEvent::ApplicationPaletteChange) {
         TakeColours();
     }
+    return QFrame::event(event);
 }
 
 void AlertStrip::ShowAlert(bool show) {

@@ -14,7 +14,7 @@ public:
     void ShowAlert(bool show);
 
 protected:
-    void changeEvent(QEvent* event) override;
+    bool event(QEvent* event) override;
 
 private:
     void TakeColours();

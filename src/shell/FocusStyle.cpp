@@ -11,6 +11,9 @@ constexpr double Corner = 4;
 /// The keyboard's place matters to somebody who uses the keyboard; a click shows its place by itself, except
 /// on a row that it did not select.
 bool IsRingNeeded(const QStyleOption& option, const QWidget* widget) {
+    if (!option.state.testFlag(QStyle::State_HasFocus)) {
+        return false;
+    }
     const bool isRow = qobject_cast<const QAbstractItemView*>(widget) != nullptr;
     return option.state.testFlag(QStyle::State_KeyboardFocusChange) ||
            (isRow && !option.state.testFlag(QStyle::State_Selected));
@@ -56,18 +59,18 @@ void FocusStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opt
                                const QWidget* widget) const {
     const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
     const bool isFlat = button != nullptr && button->features.testFlag(QStyleOptionButton::Flat);
-    if (element != PE_FrameFocusRect && (element != PE_PanelButtonCommand || isFlat)) {
+    const bool isButton = element == PE_PanelButtonCommand;
+    const bool isArea = element == PE_Frame && qobject_cast<const QAbstractScrollArea*>(widget) != nullptr;
+    if (element != PE_FrameFocusRect && (!isButton || isFlat)) {
         QProxyStyle::drawPrimitive(element, option, painter, widget);
-        return;
     }
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
-    if (element == PE_FrameFocusRect) {
-        if (IsRingNeeded(*option, widget)) {
-            DrawFocusRing(*option, *painter);
-        }
-    } else {
+    if (isButton && !isFlat) {
         DrawButton(*option, *painter);
+    }
+    if ((element == PE_FrameFocusRect || isButton || isArea) && IsRingNeeded(*option, widget)) {
+        DrawFocusRing(*option, *painter);
     }
     painter->restore();
 }

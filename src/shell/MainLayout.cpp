@@ -26,7 +26,7 @@ void Write(Settings& settings, const QString& key, const QByteArray& state) {
 }  // namespace
 
 MainLayout::MainLayout(QWidget& form, QWidget* top, QWidget* left, QWidget* right, QWidget* bottom)
-    : QObject(&form), m_form(form), m_splitter(new QSplitter(Qt::Horizontal, &form)) {
+    : QObject(&form), m_form(form), m_splitter(new QSplitter(Qt::Horizontal)) {
     m_splitter->setObjectName(QStringLiteral("splitMain"));
     m_splitter->setChildrenCollapsible(false);
     m_splitter->setHandleWidth(Gap);

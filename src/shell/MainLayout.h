@@ -11,7 +11,7 @@ class Settings;
 /// "Window" and "Splitter" of the section Display, in Base64.
 class MainLayout final : public QObject {
 public:
-    /// Takes the children over into the form.
+    /// Takes the children over into the form, in the order in which Tab visits them.
     MainLayout(QWidget& form, QWidget* top, QWidget* left, QWidget* right, QWidget* bottom);
 
     /// Gives every area its size now, not at the first showing.

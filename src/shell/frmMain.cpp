@@ -27,6 +27,7 @@ frmMain::frmMain(AppContext& context, const Machine& machine, const CommandLine&
     : m_context(context),
       m_machine(machine),
       m_commandLine(commandLine),
+      m_commands(new CommandStrip),
       m_phonebook(new PhonebookArea({context.Phonebook, context.AddressContacts, context.SortBy,
                                      context.LocaleCountry, IsInitialising, *this, machine.Door,
                                      machine.Boxes, machine.Pump, machine.AppLog, machine.Time,
@@ -35,10 +36,9 @@ frmMain::frmMain(AppContext& context, const Machine& machine, const CommandLine&
           {context.Outbox, context.Phonebook, context.AddressContacts, context.RecipientContacts,
            context.History, context.MessageTracker, context.AppBusyState, context.SortBy, *this, machine.Door,
            machine.Keys, machine.Beeper, machine.Pump, machine.AppLog, machine.Time, context.AppSettings})),
-      m_alert(new AlertStrip(this)),
+      m_alert(new AlertStrip),
       m_poll(new StatusPoll(
           context.AppBusyState, context.MessageTracker, [this] { ShowAlert(true); }, this)),
-      m_commands(new CommandStrip(this)),
       m_layout(new MainLayout(*this, m_commands, m_phonebook, m_compose, m_alert)),
       m_passwords(
           std::make_unique<AccessPasswords>(context, machine.Door, machine.Pump, machine.Time, *this)),
@@ -171,11 +171,11 @@ void frmMain::closeEvent(QCloseEvent* event) {
     m_exit->ApplicationTerminate();
 }
 
-void frmMain::changeEvent(QEvent* event) {
-    QWidget::changeEvent(event);
+bool frmMain::event(QEvent* event) {
     if (event->type() == QEvent::ApplicationPaletteChange) {
         FormColours::Apply(*this);
     }
+    return QWidget::event(event);
 }
 
 void frmMain::InitColours() {

@@ -82,7 +82,7 @@ public:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
-    void changeEvent(QEvent* event) override;
+    bool event(QEvent* event) override;
 
 private:
     void MakeKeys();
@@ -93,11 +93,11 @@ private:
     AppContext& m_context;
     const Machine& m_machine;
     const CommandLine& m_commandLine;
+    CommandStrip* m_commands;
     PhonebookArea* m_phonebook;
     ComposeArea* m_compose;
     AlertStrip* m_alert;
     StatusPoll* m_poll;
-    CommandStrip* m_commands;
     MainLayout* m_layout;
     std::unique_ptr<AccessPasswords> m_passwords;
     std::unique_ptr<ShowRequests> m_requests;

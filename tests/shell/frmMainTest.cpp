@@ -153,6 +153,7 @@ TEST(FrmMain, TheColoursOfTheTabControlAreThoseOfTheWholeForm) {
     }
     EXPECT_EQ(window.Find("txtEndWidth")->palette().color(QPalette::Base), colour);
     Look::Apply(Q("dark"));
+    QCoreApplication::processEvents();
     EXPECT_EQ(window.Find("lblPhone")->palette().color(QPalette::Window),
               window.Find("tabGroup")->palette().color(QPalette::Window));
     EXPECT_NE(window.Find("lblPhone")->palette().color(QPalette::Window), colour)

@@ -1,0 +1,281 @@
+#include "shell/MainWindow.h"
+
+#include "controls/ListView.h"
+#include "shell/AlertStrip.h"
+#include "shell/FocusStyle.h"
+
+#include <QAbstractItemView>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QToolButton>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+QString Q(const char* text) {
+    return QString::fromLatin1(text);
+}
+
+/// The controls in the order in which Tab visits them, beginning at the first.
+QList<QWidget*> TabOrder(QWidget& form) {
+    QList<QWidget*> order;
+    for (QWidget* at = form.nextInFocusChain(); at != &form; at = at->nextInFocusChain()) {
+        const bool isStop = (at->focusPolicy() & Qt::TabFocus) == Qt::TabFocus && at->isVisible() &&
+                            at->isEnabled() && at->focusProxy() == nullptr;
+        if (isStop && at->window() == &form) {
+            order.append(at);
+        }
+    }
+    return order;
+}
+
+QChar MnemonicOf(const QString& text) {
+    for (qsizetype i = 0; i + 1 < text.size(); ++i) {
+        if (text[i] == u'&') {
+            if (text[i + 1] != u'&') {
+                return text[i + 1].toUpper();
+            }
+            ++i;
+        }
+    }
+    return {};
+}
+
+QString TextOf(const QWidget& widget) {
+    const auto* button = qobject_cast<const QAbstractButton*>(&widget);
+    const auto* label = qobject_cast<const QLabel*>(&widget);
+    const auto* group = qobject_cast<const QGroupBox*>(&widget);
+    return button != nullptr                               ? button->text()
+           : label != nullptr && label->buddy() != nullptr ? label->text()
+           : group != nullptr                              ? group->title()
+                                                           : QString();
+}
+
+/// What the control cannot do without. Buttons that let go of their word, and labels that shorten theirs, say
+/// so by their smallest size; a push button's smallest size is the style's taste, and its word is what
+/// matters.
+QSize NeededSize(const QWidget& widget) {
+    const auto* button = qobject_cast<const QPushButton*>(&widget);
+    if (button == nullptr) {
+        return widget.minimumSizeHint();
+    }
+    constexpr int Margin = 4;
+    const int icon = button->icon().isNull() ? 0 : button->iconSize().width() + Margin;
+    QString word = button->text();
+    return {button->fontMetrics().horizontalAdvance(word.remove(u'&')) + icon + 2 * Margin,
+            button->fontMetrics().height() + Margin};
+}
+
+void FullOffice(TestMachine& machine) {
+    for (int i = 0; i < 40; ++i) {
+        machine.Office.AddContact(Q("Surname %1").arg(i), Q("First"), Q("+35386555%1").arg(1000 + i));
+    }
+    for (const char* name :
+         {"Drivers", "Finance", "Management", "On call", "Reception", "Sales", "Support"}) {
+        machine.Office.AddGroup(Q(name));
+    }
+}
+
+}  // namespace
+
+TEST(Form, TheTabOrderFollowsTheEye) {
+    MainWindow window(FullOffice);
+    window.Open();
+    window.Form->ShowAlert(true);
+    QStringList order;
+    for (const QWidget* control : TabOrder(*window.Form)) {
+        if (!control->objectName().isEmpty()) {
+            order.append(control->objectName());
+        }
+    }
+    // The strip, the phonebook from its tabs down, recipients, message, signature, what is done with it, the
+    // warning.
+    const QStringList wanted = {Q("cmdExit"),          Q("tabGroup"),           Q("tabAlpha"),
+                                Q("lvContacts"),       Q("cmdSortBy"),          Q("cmdDeleteContact"),
+                                Q("lvRecipients"),     Q("cmdClearRecipients"), Q("txtMessage"),
+                                Q("cmdClearMessage"),  Q("txtEndWidth"),        Q("cbTails"),
+                                Q("lblFailureWarning")};
+    QStringList kept;
+    for (const QString& name : order) {
+        if (wanted.contains(name)) {
+            kept.append(name);
+        }
+    }
+    EXPECT_EQ(kept, wanted) << order.join(u' ').toStdString();
+}
+
+TEST(Form, TabVisitsEveryControlAndComesBackRound) {
+    MainWindow window(FullOffice);
+    window.Open();
+    const qsizetype stops = TabOrder(*window.Form).size();
+    QSet<const QWidget*> visited;
+    for (qsizetype i = 0; i < stops + 2; ++i) {
+        visited.insert(QApplication::focusWidget());
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    }
+    EXPECT_EQ(visited.size(), stops);
+}
+
+TEST(Form, NoTwoMnemonicsAreAlikeAndNoneIsAKeyOfTheWindow) {
+    MainWindow window(FullOffice);
+    window.Open();
+    QHash<QChar, QString> owners;
+    const auto all = window.Form->findChildren<QWidget*>();
+    for (const QWidget* widget : all) {
+        const QChar mnemonic = MnemonicOf(TextOf(*widget));
+        if (mnemonic.isNull()) {
+            continue;
+        }
+        EXPECT_FALSE(owners.contains(mnemonic))
+            << widget->objectName().toStdString() << " and " << owners.value(mnemonic).toStdString();
+        EXPECT_FALSE(QStringLiteral("EMCRF0123456789").contains(mnemonic))
+            << widget->objectName().toStdString();
+        owners.insert(mnemonic, widget->objectName());
+    }
+    EXPECT_GE(owners.size(), 8);
+}
+
+TEST(Form, FitsInto900By600AndGrowsToAWholeScreen) {
+    MainWindow window(FullOffice);
+    window.Open();
+    const QSize smallest = window.Form->minimumSizeHint();
+    EXPECT_LE(smallest.width(), 900);
+    EXPECT_LE(smallest.height(), 600);
+    for (const QSize size : {QSize(900, 600), QSize(1366, 768), QSize(1920, 1080)}) {
+        window.Form->resize(size);
+        QCoreApplication::processEvents();
+        EXPECT_EQ(window.Form->size(), size);
+        const QRect form = window.Form->rect();
+        for (const char* name : {"lvContacts", "lvRecipients", "txtMessage", "cmdSendNow", "cmdExit",
+                                 "cbTails", "lblCharsRemaining", "UserData2"}) {
+            const QWidget* control = window.Find(name);
+            const QRect place(control->mapTo(window.Form.get(), QPoint(0, 0)), control->size());
+            EXPECT_TRUE(form.contains(place)) << name << " at " << size.width();
+            EXPECT_GE(place.height(), control->fontMetrics().height()) << name << " at " << size.width();
+        }
+        EXPECT_GE(window.Find<ListView>("lvContacts")->RowsPerPage(), 8);
+        EXPECT_GE(window.Find("txtMessage")->height(), 4 * window.Form->fontMetrics().height());
+    }
+}
+
+TEST(Form, NothingIsCutAtOneAndAHalfTimesTheFont) {
+    const QFont before = QApplication::font();
+    QFont large = before;
+    large.setPointSizeF(before.pointSizeF() * 1.5);
+    QApplication::setFont(large);
+    {
+        MainWindow window(FullOffice);
+        window.Open();
+        window.Form->ShowAlert(true);
+        const auto all = window.Form->findChildren<QWidget*>();
+        for (const QWidget* widget : all) {
+            const bool isText = qobject_cast<const QAbstractButton*>(widget) != nullptr ||
+                                qobject_cast<const QLabel*>(widget) != nullptr ||
+                                qobject_cast<const QLineEdit*>(widget) != nullptr;
+            if (!isText || !widget->isVisible() || widget->objectName().isEmpty()) {
+                continue;
+            }
+            const QSize needed = NeededSize(*widget);
+            EXPECT_GE(widget->width(), needed.width()) << widget->objectName().toStdString();
+            EXPECT_GE(widget->height(), needed.height()) << widget->objectName().toStdString();
+        }
+        const QRect form = window.Form->rect();
+        const QWidget* send = window.Find("cmdSendNow");
+        EXPECT_TRUE(form.contains(QRect(send->mapTo(window.Form.get(), QPoint(0, 0)), send->size())));
+    }
+    QApplication::setFont(before);
+}
+
+TEST(Form, EveryRowOfTheContactListHasTheSameHeight) {
+    MainWindow window([](TestMachine& machine) {
+        FullOffice(machine);
+        ContactFields fields;
+        fields.Surname = Q("Aardvark");
+        fields.ConfirmSend = true;
+        fields.Phone = Q("+35386555000");
+        machine.Office.AddContact(fields);
+    });
+    window.Open();
+    const auto* list = window.Find<ListView>("lvContacts");
+    const int height = list->visualRect(list->model()->index(0, 0)).height();
+    for (int row = 0; row < 10; ++row) {
+        EXPECT_EQ(list->visualRect(list->model()->index(row, 0)).height(), height) << row;
+    }
+}
+
+TEST(Form, TheFocusIsSeenOnEveryControlThatTheKeyboardReaches) {
+    MainWindow window(FullOffice);
+    window.Open();
+    window.Form->ShowAlert(true);
+    QTest::keyClick(window.Form.get(), Qt::Key_Tab);
+    for (QWidget* control : TabOrder(*window.Form)) {
+        if (control->objectName().isEmpty()) {
+            continue;
+        }
+        QWidget* other =
+            control->objectName() == Q("cmdExit") ? window.Find("txtEndWidth") : window.Find("cmdExit");
+        other->setFocus(Qt::TabFocusReason);
+        const QImage without = control->grab().toImage();
+        control->setFocus(Qt::TabFocusReason);
+        const QImage with = control->grab().toImage();
+        EXPECT_NE(without, with) << control->objectName().toStdString();
+    }
+}
+
+TEST(Look, EveryTextOfBothPalettesHasAContrastOfFourAndAHalf) {
+    using Role = QPalette::ColorRole;
+    const QList<std::pair<Role, Role>> pairs = {
+        {QPalette::WindowText, QPalette::Window},       {QPalette::Text, QPalette::Base},
+        {QPalette::Text, QPalette::AlternateBase},      {QPalette::ButtonText, QPalette::Button},
+        {QPalette::ButtonText, QPalette::Window},       {QPalette::HighlightedText, QPalette::Highlight},
+        {QPalette::PlaceholderText, QPalette::Window},  {QPalette::PlaceholderText, QPalette::Base},
+        {QPalette::ToolTipText, QPalette::ToolTipBase}, {QPalette::Link, QPalette::Window}};
+    for (const auto scheme : {Look::Scheme::Light, Look::Scheme::Dark}) {
+        const QPalette palette = Look::PaletteOf(scheme);
+        for (const auto& [text, ground] : pairs) {
+            EXPECT_GE(Look::Contrast(palette.color(text), palette.color(ground)), 4.5)
+                << text << " on " << ground << " in scheme " << static_cast<int>(scheme);
+        }
+    }
+}
+
+TEST(Look, TheWarningCanBeReadInBothPalettes) {
+    for (const char* scheme : {"light", "dark"}) {
+        Look::Apply(Q(scheme));
+        const AlertStrip strip;
+        const auto* label = strip.findChild<QPushButton*>();
+        EXPECT_GE(Look::Contrast(label->palette().color(QPalette::ButtonText),
+                                 strip.palette().color(QPalette::Window)),
+                  4.5);
+    }
+    Look::Apply(Q("light"));
+}
+
+TEST(Look, FollowsTheDesktopUnlessToldOtherwise) {
+    EXPECT_EQ(Look::SchemeOf(QPalette(QColor(40, 42, 46))), Look::Scheme::Dark);
+    EXPECT_EQ(Look::SchemeOf(QPalette(QColor(240, 240, 240))), Look::Scheme::Light);
+    Look::Apply(Q("dark"));
+    EXPECT_EQ(QApplication::palette().color(QPalette::Window),
+              Look::PaletteOf(Look::Scheme::Dark).color(QPalette::Window));
+    Look::Apply(QString());
+    EXPECT_EQ(Look::SchemeOf(QApplication::palette()), Look::Scheme::Dark) << "what the desktop has now";
+    Look::Apply(Q("light"));
+}
+
+TEST(Look, TheBannerGivesWayToTheButtonsInANarrowWindow) {
+    MainWindow window;
+    window.Open();
+    window.Form->resize(1200, 740);
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(window.Find("imgAd")->isVisible());
+    window.Form->resize(window.Form->minimumSizeHint().width(), 740);
+    QCoreApplication::processEvents();
+    for (const char* name : {"cmdHistory", "cmdReports", "cmdConfig", "cmdAbout", "cmdMinimize", "cmdExit"}) {
+        const QWidget* button = window.Find(name);
+        EXPECT_GE(button->width(), button->minimumSizeHint().width()) << name;
+    }
+}

@@ -1,0 +1,12 @@
+// As the main function of the other test programs, with the program's own application object.
+#include "shell/Application.h"
+#include "support/TestSettings.h"
+
+#include <gtest/gtest.h>
+
+int main(int argc, char** argv) {
+    ::testing::InitGoogleTest(&argc, argv);
+    Application application(argc, argv);
+    const TestSettings settings;
+    return RUN_ALL_TESTS();
+}
