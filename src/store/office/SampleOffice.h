@@ -5,6 +5,7 @@
 #include <QList>
 
 #include <functional>
+#include <utility>
 
 namespace engine {
 class Connection;
@@ -40,7 +41,8 @@ public:
     /// Throws std::invalid_argument for a number of contacts that is out of range.
     explicit SampleOffice(const Plan& plan);
 
-    [[nodiscard]] const QList<Person>& People() const { return m_people; }
+    [[nodiscard]] const QList<Person>& People() const& { return m_people; }
+    [[nodiscard]] QList<Person> People() && { return std::move(m_people); }
     /// Names of the groups, each at most 10 characters.
     [[nodiscard]] static QStringList Groups();
     /// Message tails; the first one is preselected.
