@@ -59,7 +59,8 @@ void PhonebookArea::ConnectPanels() {
     connect(contacts, &ListView::EnterPressed, this, &PhonebookArea::AddSelectedToRecipients);
     connect(contacts, &ListView::DeletePressed, this, &PhonebookArea::DeleteSelectedContacts);
     connect(contacts, &ListView::ContextMenuRequested, this, &PhonebookArea::ShowContactMenu);
-    connect(&m_list->Buttons(), &ContactButtonsPanel::DeleteClicked, this, &PhonebookArea::DeleteSelectedContacts);
+    connect(&m_list->Buttons(), &ContactButtonsPanel::DeleteClicked, this,
+            &PhonebookArea::DeleteSelectedContacts);
 }
 
 ListView& PhonebookArea::Contacts() {

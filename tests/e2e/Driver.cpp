@@ -163,7 +163,8 @@ void Driver::Picture(const QString& name) const {
         return;
     }
     Settle();
-    if (!QApplication::primaryScreen()->grabWindow(0).save(m_pictureFolder + u'/' + name + QStringLiteral(".png"))) {
+    if (!QApplication::primaryScreen()->grabWindow(0).save(m_pictureFolder + u'/' + name +
+                                                           QStringLiteral(".png"))) {
         throw DriverError(QStringLiteral("the picture %1 could not be written").arg(name));
     }
 }

@@ -17,14 +17,15 @@ public:
     explicit DriverError(const QString& text) : std::runtime_error(text.toStdString()) {}
 };
 
-/// A person in front of the program: finds controls by their names, presses the mouse and the keys, waits for what is to
-/// come, and takes pictures of the screen. Every routine throws DriverError where the person would be at a loss.
+/// A person in front of the program: finds controls by their names, presses the mouse and the keys, waits for
+/// what is to come, and takes pictures of the screen. Every routine throws DriverError where the person would
+/// be at a loss.
 class Driver {
 public:
     explicit Driver(QString pictureFolder) : m_pictureFolder(std::move(pictureFolder)) {}
 
-    /// A visible control by its object name, in the topmost window that has it; the message of a failure lists the names
-    /// that exist.
+    /// A visible control by its object name, in the topmost window that has it; the message of a failure
+    /// lists the names that exist.
     [[nodiscard]] static QWidget& Find(const QString& name);
     template <typename Control>
     [[nodiscard]] static Control& Find(const QString& name) {
@@ -37,7 +38,8 @@ public:
 
     static void Click(const QString& name, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     /// On the row of this text; it is scrolled into view first.
-    static void ClickRow(const QString& list, const QString& text, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    static void ClickRow(const QString& list, const QString& text,
+                         Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     static void DoubleClickRow(const QString& list, const QString& text);
     static void ClickTab(const QString& tabs, const QString& caption);
     static void DoubleClickTab(const QString& tabs, const QString& caption);

@@ -1,4 +1,5 @@
-// The tour of ./run where there is no display: a whole send, driven through the controls of the real program's window.
+// The tour of ./run where there is no display: a whole send, driven through the controls of the real
+// program's window.
 //
 // usage: larkspan-tour --data FOLDER PICTURES
 // Exit status 0 only if every message reached its final status and stands in both local files.
@@ -44,7 +45,9 @@ struct Tour {
     void ShowLooks();
     void Run();
 
-    [[nodiscard]] int Recipients() const { return Driver::Find<ListView>(QStringLiteral("lvRecipients")).Rows().Count(); }
+    [[nodiscard]] int Recipients() const {
+        return Driver::Find<ListView>(QStringLiteral("lvRecipients")).Rows().Count();
+    }
     [[nodiscard]] QStringList NamesWithConfirmation(bool isConfirm, int count) const;
 
     int Expected = 0;
@@ -105,7 +108,8 @@ void Tour::PickPeople() {
 
 void Tour::Compose() {
     Hand.Type(QStringLiteral("txtMessage"),
-              QStringLiteral("Dear @FN @SN, the canteen closes at 14:00 on @TD. Please collect orders before then."));
+              QStringLiteral(
+                  "Dear @FN @SN, the canteen closes at 14:00 on @TD. Please collect orders before then."));
     Hand.Picture(QStringLiteral("3-message"));
 }
 
@@ -145,7 +149,8 @@ void Tour::SeeItDelivered() {
         }
         return count;
     };
-    Hand.WaitFor(QStringLiteral("every message at its final status"), [&] { return countFinal() == Expected; }, 90);
+    Hand.WaitFor(
+        QStringLiteral("every message at its final status"), [&] { return countFinal() == Expected; }, 90);
     for (int slot = 0; slot < MessageTracker::SlotCount; ++slot) {
         const MessageTracker::Slot& message = Context.MessageTracker.SlotAt(slot);
         if (message.msgID != 0) {
@@ -163,7 +168,8 @@ void Tour::CheckFiles() const {
         inHistory.insert(record.MessageID);
     }
     const QByteArray log =
-        Parts.Files.Read(Parts.Places.ApplicationFolder() + QStringLiteral("messagelog.sms")).value_or(QByteArray());
+        Parts.Files.Read(Parts.Places.ApplicationFolder() + QStringLiteral("messagelog.sms"))
+            .value_or(QByteArray());
     for (int slot = 0; slot < MessageTracker::SlotCount; ++slot) {
         const qint32 id = Context.MessageTracker.SlotAt(slot).msgID;
         if (id != 0 && !inHistory.contains(id)) {
@@ -185,8 +191,9 @@ void Tour::ShowLooks() {
     Hand.Press(list, Qt::Key_Return);
     Hand.DoubleClickRow(list, NamesWithConfirmation(true, 1)[0]);
     Hand.ClickRow(list, people[5]);
-    Hand.Type(QStringLiteral("txtMessage"),
-              QStringLiteral("Dear @FN, the canteen closes at 14:00 on @TD. Please collect orders before then."));
+    Hand.Type(
+        QStringLiteral("txtMessage"),
+        QStringLiteral("Dear @FN, the canteen closes at 14:00 on @TD. Please collect orders before then."));
     Window.resize(1100, 740);
     Hand.PictureOf(Window, QStringLiteral("main-window"));
     Look::Apply(QStringLiteral("dark"));
@@ -213,7 +220,8 @@ void Tour::Run() {
 }  // namespace
 
 int main(int argc, char** argv) {
-    const CommandLine commandLine(QStringList{QString::fromLocal8Bit(argv[1]), QString::fromLocal8Bit(argv[2])});
+    const CommandLine commandLine(
+        QStringList{QString::fromLocal8Bit(argv[1]), QString::fromLocal8Bit(argv[2])});
     if (argc != 4 || commandLine.DataFolder.isEmpty()) {
         std::fprintf(stderr, "usage: larkspan-tour --data FOLDER PICTURES\n");
         return 2;

@@ -156,9 +156,9 @@ protected:
     }
     void FailToListContacts(const Secret& secret) {
         Compose(secret);
-        Office().ExecuteOnPhonebook(Q("ALTER TABLE Contact RENAME TO Elsewhere"));
+        m_window.Context.PhonebookDB->CloseDatabase();
         m_window.Form->ShowGroup();
-        Office().ExecuteOnPhonebook(Q("ALTER TABLE Elsewhere RENAME TO Contact"));
+        EXPECT_TRUE(m_window.Context.PhonebookDB->OpenDatabase(engine::Mode::ReadShared));
         Clear();
     }
     void TypePassword(const Secret& secret, const QString& typed) {

@@ -2,8 +2,8 @@
 
 #include "platform/LocalFiles.h"
 
-/// Files on the disk whose writes fail on demand, as on a full disk or in a read-only folder. A failing write changes
-/// nothing of what a reader sees, as LocalFiles promises.
+/// Files on the disk whose writes fail on demand, as on a full disk or in a read-only folder. A failing write
+/// changes nothing of what a reader sees, as LocalFiles promises.
 class FailingFiles final : public LocalFiles {
 public:
     /// How many more writes (Replace, Append, Remove) succeed; -1: all.

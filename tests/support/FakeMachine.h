@@ -66,13 +66,15 @@ public:
     }
 };
 
-/// Answers boxes in the order that was prepared. A box that was not expected fails the test, and so does a prepared answer
-/// that was not used.
+/// Answers boxes in the order that was prepared. A box that was not expected fails the test, and so does a
+/// prepared answer that was not used.
 class RecordingBoxes final : public MessageBoxes {
 public:
     QList<BoxRequest> Shown;
 
-    ~RecordingBoxes() override { EXPECT_TRUE(m_answers.isEmpty()) << m_answers.size() << " expected box(es) did not come"; }
+    ~RecordingBoxes() override {
+        EXPECT_TRUE(m_answers.isEmpty()) << m_answers.size() << " expected box(es) did not come";
+    }
     void Expect(BoxAnswer answer = BoxAnswer::Ok) { m_answers.append(answer); }
     BoxAnswer Show(const BoxRequest& request) override {
         Shown.append(request);

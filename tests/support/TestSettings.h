@@ -4,8 +4,8 @@
 #include <QStandardPaths>
 #include <QTemporaryDir>
 
-/// Points both formats of QSettings and the standard paths of this process into a temporary folder, so that no test ever
-/// touches a user's settings.
+/// Points both formats of QSettings and the standard paths of this process into a temporary folder, so that
+/// no test ever touches a user's settings.
 class TestSettings {
 public:
     TestSettings() {

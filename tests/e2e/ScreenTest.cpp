@@ -1,0 +1,166 @@
+#include "controls/ListView.h"
+#include "e2e/RealProgram.h"
+
+#include <QAbstractButton>
+#include <QElapsedTimer>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTimer>
+
+#include <csignal>
+
+namespace {
+
+QString Q(const char* text) {
+    return QString::fromLatin1(text);
+}
+
+ListView& List(const char* name) {
+    return Driver::Find<ListView>(Q(name));
+}
+
+QString FirstGroup(AppContext& context) {
+    return mdlPhonebook::GetGroups(context)->Value(u"grpName").toString();
+}
+
+int Rows(engine::Recordset* rows) {
+    int count = 0;
+    for (; rows != nullptr && !rows->EndOfFile(); rows->MoveNext()) {
+        ++count;
+    }
+    return count;
+}
+
+/// The program as a process of its own.
+class Started {
+public:
+    explicit Started(const RealOffice& office) {
+        m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        m_process.start(Q(LARKSPAN), {Q("--data"), office.Folder(), Q("--palette"), Q("light")});
+        EXPECT_TRUE(m_process.waitForStarted());
+    }
+    ~Started() {
+        m_process.kill();
+        m_process.waitForFinished();
+    }
+    [[nodiscard]] QString Window() const {
+        return RealInput::Output({Q("search"), Q("--onlyvisible"), Q("--pid"),
+                                  QString::number(m_process.processId()), Q("--name"),
+                                  Q("^Larkspan Messenger$")})
+            .section(u'\n', 0, 0);
+    }
+    void WaitForWindow() const {
+        Driver::WaitFor(Q("a window"), [this] { return !Window().isEmpty(); });
+        const QString window = Window();
+        Driver::WaitFor(Q("the window in front"),
+                        [&] { return RealInput::Output({Q("getactivewindow")}) == window; });
+    }
+    QProcess& Process() { return m_process; }
+
+private:
+    QProcess m_process;
+};
+
+}  // namespace
+
+TEST(OnTheScreen, ContactsAreDraggedOntoTheRecipientsWithTheMouse) {
+    RealOffice office;
+    RealProgram program(office);
+    const QString first = List("lvContacts").Rows().At(2).Text;
+    const QString second = List("lvContacts").Rows().At(4).Text;
+    Driver::ClickRow(Q("lvContacts"), first);
+    Driver::ClickRow(Q("lvContacts"), second, Qt::ControlModifier);
+    ListView& recipients = List("lvRecipients");
+    RealInput::Drag(Driver::RowPosition(Q("lvContacts"), second),
+                    recipients.viewport()->mapToGlobal(recipients.viewport()->rect().center()));
+    Driver::WaitFor(Q("two recipients"), [&] { return recipients.Rows().Count() == 2; });
+    EXPECT_EQ(recipients.Rows().At(0).Text, first);
+    EXPECT_EQ(recipients.Rows().At(1).Text, second);
+
+    RealInput::Drag(Driver::RowPosition(Q("lvContacts"), second),
+                    recipients.viewport()->mapToGlobal(recipients.viewport()->rect().center()));
+    Driver::Settle();
+    EXPECT_EQ(recipients.Rows().Count(), 2) << "the same contact twice";
+}
+
+TEST(OnTheScreen, AContactDraggedOntoAGroupsTabJoinsTheGroup) {
+    RealOffice office;
+    RealProgram program(office);
+    const QString group = FirstGroup(program.Context);
+    const qint32 id = mdlPhonebook::GetGroups(program.Context)->Value(u"grpID").toInt();
+    const auto membersNow = [&] { return Rows(mdlPhonebook::GetGroupMembers(program.Context, id).get()); };
+    const int before = membersNow();
+    // Somebody who is not in the group yet.
+    QString outsider;
+    for (const Contact& contact : program.Context.AddressContacts.list()) {
+        bool isMember = false;
+        const auto members = mdlPhonebook::GetGroupMembers(program.Context, id);
+        for (; !members->EndOfFile(); members->MoveNext()) {
+            isMember = isMember || members->Value(u"cntID").toInt() == contact.ID();
+        }
+        if (!isMember && outsider.isEmpty()) {
+            outsider = contact.DisplayName(program.Context.SortBy);
+        }
+    }
+    Driver::ClickRow(Q("lvContacts"), outsider);
+    RealInput::Drag(Driver::RowPosition(Q("lvContacts"), outsider),
+                    Driver::TabPosition(Q("tabGroup"), group));
+    Driver::WaitFor(Q("one member more"), [&] { return membersNow() == before + 1; });
+}
+
+TEST(OnTheScreen, AMessageIsSentWithTheKeyboardAlone) {
+    RealOffice office;
+    RealProgram program(office);
+    Driver::ClickTab(Q("tabGroup"), Q("*"));
+    program.Window().ContactListFocus(true);
+    while (program.Context.AddressContacts.ContactByKey(List("lvContacts").CurrentKey())->IsConfirmSend) {
+        RealInput::Do({Q("key"), Q("Down")});
+    }
+    RealInput::Do({Q("key"), Q("Return")});
+    Driver::WaitFor(Q("a recipient"), [] { return List("lvRecipients").Rows().Count() == 1; });
+    RealInput::Do({Q("key"), Q("alt+m")});
+    RealInput::Do({Q("type"), Q("Lunch at noon")});
+    auto& send = Driver::Find<QAbstractButton>(Q("cmdSendNow"));
+    Driver::WaitFor(Q("the send button"), [&] { return send.isEnabled(); });
+    for (int tabs = 0; tabs < 20 && !send.hasFocus(); ++tabs) {
+        RealInput::Do({Q("key"), Q("Tab")});
+    }
+    ASSERT_TRUE(send.hasFocus()) << "Tab never reaches the send button";
+    RealInput::Do({Q("key"), Q("space")});
+    Driver::WaitFor(Q("an empty composition"), [] { return List("lvRecipients").Rows().Count() == 0; });
+    EXPECT_EQ(program.Context.MessageTracker.SlotAt(0).text, Q("Lunch at noon"));
+}
+
+TEST(OnTheScreen, ASecondStartBringsTheFirstWindowForward) {
+    RealOffice office;
+    Started first(office);
+    first.WaitForWindow();
+    const QString window = first.Window();
+    RealInput::Do({Q("windowminimize"), Q("--sync"), window});
+    Driver::WaitFor(Q("the window put away"), [&] { return first.Window().isEmpty(); });
+
+    Started second(office);
+    ASSERT_TRUE(second.Process().waitForFinished(15000)) << "the second start goes on running";
+    EXPECT_EQ(second.Process().exitCode(), 0);
+    Driver::WaitFor(Q("the first window in front again"),
+                    [&] { return RealInput::Output({Q("getactivewindow")}) == window; });
+    EXPECT_EQ(first.Process().state(), QProcess::Running);
+}
+
+TEST(OnTheScreen, AfterACrashTheNextStartOpensAWindowAndTheOneAfterRaisesIt) {
+    RealOffice office;
+    {
+        Started crashed(office);
+        crashed.WaitForWindow();
+        ::kill(static_cast<pid_t>(crashed.Process().processId()), SIGKILL);
+        ASSERT_TRUE(crashed.Process().waitForFinished(5000));
+    }
+    Started next(office);
+    next.WaitForWindow();
+    const QString window = next.Window();
+    RealInput::Do({Q("windowminimize"), Q("--sync"), window});
+    Started third(office);
+    ASSERT_TRUE(third.Process().waitForFinished(15000));
+    Driver::WaitFor(Q("the window in front again"),
+                    [&] { return RealInput::Output({Q("getactivewindow")}) == window; });
+}
