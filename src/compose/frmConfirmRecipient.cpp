@@ -53,6 +53,7 @@ frmConfirmRecipient::frmConfirmRecipient(ContactList& recipientContacts, const C
     connect(cancel, &QPushButton::clicked, this, &QWidget::hide);
 
     FormTools::SetFormCaption(*this, QStringLiteral("Confirm Recipients"));
+    FormTools::KeepTitleWhole(*this);
     FormTools::ExpandPlaceholders(*this, clock.Now().date().year());
 }
 

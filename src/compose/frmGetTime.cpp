@@ -9,13 +9,6 @@
 #include <QPushButton>
 #include <QTimeEdit>
 
-namespace {
-
-/// Characters beside the title in a window's title bar: its buttons and margins.
-constexpr int TitleRoom = 16;
-
-}  // namespace
-
 frmGetTime::frmGetTime(const Clock& clock, QWidget* parent)
     : QDialog(parent), m_dtDate(new QDateEdit(this)), m_dtTime(new QTimeEdit(this)), m_heldKeys(*this) {
     setObjectName(QStringLiteral("frmGetTime"));
@@ -53,7 +46,7 @@ frmGetTime::frmGetTime(const Clock& clock, QWidget* parent)
         hide();
     });
     Load(clock.Now());
-    setMinimumWidth(fontMetrics().averageCharWidth() * (static_cast<int>(windowTitle().size()) + TitleRoom));
+    FormTools::KeepTitleWhole(*this);
 }
 
 void frmGetTime::Load(const QDateTime& now) {

@@ -88,3 +88,10 @@ void FormTools::CaretToEnd(QWidget& control) {
     }
     control.setFocus();
 }
+
+void FormTools::KeepTitleWhole(QWidget& form) {
+    // In characters: the window's icon, its buttons, and titles that are set in bold.
+    constexpr int RoomBesideTitle = 20;
+    form.setMinimumWidth(form.fontMetrics().averageCharWidth() *
+                         (static_cast<int>(form.windowTitle().size()) + RoomBesideTitle));
+}

@@ -15,6 +15,9 @@ void ExpandControl(QWidget& control, int year);
 
 /// Window title: `indent` blanks, the product's title, and " - " and `title` unless that is empty.
 void SetFormCaption(QWidget& form, const QString& title, int indent = 0);
+/// Makes the form at least so wide that a window manager shows its whole title beside the buttons of the
+/// title bar.
+void KeepTitleWhole(QWidget& form);
 
 /// Selection over the whole text of a line or text edit; focus if asked. Other controls are left alone.
 void SelectAllText(QWidget& control, bool setFocus);
