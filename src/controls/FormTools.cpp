@@ -91,7 +91,7 @@ void FormTools::CaretToEnd(QWidget& control) {
 
 void FormTools::KeepTitleWhole(QWidget& form) {
     // In characters: the window's icon, its buttons, and titles that are set in bold.
-    constexpr int RoomBesideTitle = 20;
+    constexpr int RoomBesideTitle = 30;
     form.setMinimumWidth(form.fontMetrics().averageCharWidth() *
                          (static_cast<int>(form.windowTitle().size()) + RoomBesideTitle));
 }
