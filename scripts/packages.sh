@@ -9,7 +9,7 @@ build_packages=(
 screen_packages=(xvfb xauth x11-utils openbox fonts-dejavu-core xdotool)
 style_packages=(clang-format)
 tidy_packages=(clang clang-tidy)
-fuzz_packages=(clang libclang-rt-14-dev libfuzzer-14-dev)
+fuzz_packages=(clang libclang-rt-14-dev)
 
 say() { printf '\033[1m==>\033[0m %s\n' "$*"; }
 fail() { printf '%s\n' "$*" >&2; exit 1; }
