@@ -5,8 +5,7 @@
 
 #include <QGridLayout>
 
-ContactDetailPanel::ContactDetailPanel(QWidget* parent)
-    : QGroupBox(parent), m_lblPhone(new ElidedLabel(this)), m_lblNote(new ElidedLabel(this)) {
+ContactDetailPanel::ContactDetailPanel(QWidget* parent) : QGroupBox(parent) {
     setObjectName(QStringLiteral("fraContactDetail"));
     setTitle(tr("Contact"));
     setAccessibleName(tr("Details of the contact"));
@@ -15,52 +14,56 @@ ContactDetailPanel::ContactDetailPanel(QWidget* parent)
     grid->setHorizontalSpacing(10);
     grid->setVerticalSpacing(2);
     grid->setColumnStretch(1, 1);
-    AddRow(QStringLiteral("lblPhoneCaption"), tr("Phone :"), m_lblPhone, QStringLiteral("lblPhone"));
-    AddRow(QStringLiteral("lblNoteCaption"), tr("Note :"), m_lblNote, QStringLiteral("lblNote"));
-    for (size_t i = 0; i < m_userData.size(); ++i) {
-        m_userData[i] = new ElidedLabel(this);
-        m_lblUserHeader[i] = AddRow(QStringLiteral("lblUserHeader%1").arg(i), tr("User %1 :").arg(i + 1),
-                                    m_userData[i], QStringLiteral("UserData%1").arg(i));
+    m_phone = AddRow(QStringLiteral("lblPhoneCaption"), tr("Phone :"), QStringLiteral("lblPhone"));
+    m_note = AddRow(QStringLiteral("lblNoteCaption"), tr("Note :"), QStringLiteral("lblNote"));
+    for (size_t i = 0; i < m_user.size(); ++i) {
+        m_user[i] = AddRow(QStringLiteral("lblUserHeader%1").arg(i), tr("User %1 :").arg(i + 1),
+                           QStringLiteral("UserData%1").arg(i));
     }
 }
 
-QLabel* ContactDetailPanel::AddRow(const QString& captionName, const QString& caption, ElidedLabel* value,
-                                   const QString& valueName) {
+ContactDetailPanel::Field ContactDetailPanel::AddRow(const QString& captionName, const QString& caption,
+                                                     const QString& valueName) {
     auto* grid = static_cast<QGridLayout*>(layout());
     const int row = grid->rowCount();
-    auto* label = new QLabel(caption, this);
-    label->setObjectName(captionName);
-    label->setAccessibleName(caption);
-    label->setTextFormat(Qt::PlainText);
-    label->setForegroundRole(QPalette::PlaceholderText);
-    value->setObjectName(valueName);
-    value->setAccessibleName(caption);
-    grid->addWidget(label, row, 0);
-    grid->addWidget(value, row, 1);
-    return label;
+    const Field field{new QLabel(caption, this), new ElidedLabel(this)};
+    field.Caption->setObjectName(captionName);
+    field.Caption->setAccessibleName(caption);
+    field.Caption->setTextFormat(Qt::PlainText);
+    field.Caption->setForegroundRole(QPalette::PlaceholderText);
+    field.Value->setObjectName(valueName);
+    grid->addWidget(field.Caption, row, 0);
+    grid->addWidget(field.Value, row, 1);
+    SetValue(field, QString());
+    return field;
+}
+
+void ContactDetailPanel::SetValue(const Field& field, const QString& value) {
+    field.Value->setText(value);
+    field.Value->setAccessibleName(field.Caption->text() + u' ' + value);
 }
 
 void ContactDetailPanel::ShowHeaders(const QStringList& captions) {
-    for (size_t i = 0; i < m_lblUserHeader.size() && static_cast<qsizetype>(i) < captions.size(); ++i) {
+    for (size_t i = 0; i < m_user.size() && static_cast<qsizetype>(i) < captions.size(); ++i) {
         const QString caption = captions[static_cast<qsizetype>(i)] + QStringLiteral(" :");
-        m_lblUserHeader[i]->setText(caption);
-        m_lblUserHeader[i]->setAccessibleName(caption);
-        m_userData[i]->setAccessibleName(caption);
+        m_user[i].Caption->setText(caption);
+        m_user[i].Caption->setAccessibleName(caption);
+        SetValue(m_user[i], m_user[i].Value->text());
     }
 }
 
 void ContactDetailPanel::Show(const Contact& contact) {
-    m_lblPhone->setText(contact.IsPrivate ? QStringLiteral("Private Number") : contact.PhoneNumber);
-    m_lblNote->setText(contact.Note);
-    for (size_t i = 0; i < m_userData.size(); ++i) {
-        m_userData[i]->setText(contact.GetUserData(static_cast<int>(i)));
+    SetValue(m_phone, contact.IsPrivate ? QStringLiteral("Private Number") : contact.PhoneNumber);
+    SetValue(m_note, contact.Note);
+    for (size_t i = 0; i < m_user.size(); ++i) {
+        SetValue(m_user[i], contact.GetUserData(static_cast<int>(i)));
     }
 }
 
 void ContactDetailPanel::Clear() {
-    m_lblPhone->clear();
-    m_lblNote->clear();
-    for (ElidedLabel* value : m_userData) {
-        value->clear();
+    SetValue(m_phone, QString());
+    SetValue(m_note, QString());
+    for (const Field& field : m_user) {
+        SetValue(field, QString());
     }
 }

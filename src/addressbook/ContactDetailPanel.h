@@ -10,7 +10,7 @@ class ElidedLabel;
 class QLabel;
 
 /// The details of the contact in focus: number, note and the three fields that the office has named
-/// (fraContactDetail).
+/// (fraContactDetail). A screen reader hears each caption together with its value.
 class ContactDetailPanel : public QGroupBox {
     Q_OBJECT
 public:
@@ -23,11 +23,15 @@ public:
     void Clear();
 
 private:
-    QLabel* AddRow(const QString& captionName, const QString& caption, ElidedLabel* value,
-                   const QString& valueName);
+    struct Field {
+        QLabel* Caption = nullptr;
+        ElidedLabel* Value = nullptr;
+    };
 
-    ElidedLabel* m_lblPhone;
-    ElidedLabel* m_lblNote;
-    std::array<QLabel*, 3> m_lblUserHeader{};
-    std::array<ElidedLabel*, 3> m_userData{};
+    Field AddRow(const QString& captionName, const QString& caption, const QString& valueName);
+    static void SetValue(const Field& field, const QString& value);
+
+    Field m_phone;
+    Field m_note;
+    std::array<Field, 3> m_user;
 };

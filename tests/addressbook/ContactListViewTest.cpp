@@ -207,6 +207,15 @@ TEST_F(ContactListView, AClickShowsTheDetailsOfTheContact) {
                            QStringLiteral("Transport"), QStringLiteral("2.14"), QStringLiteral("4471")}));
 }
 
+TEST_F(ContactListView, AScreenReaderHearsTheCaptionAndTheValueAndNoPrivateNumber) {
+    Start();
+    ClickRow(0);
+    EXPECT_EQ(Control<QLabel>(u"lblPhone").accessibleName(), QStringLiteral("Phone : +35311"));
+    ClickRow(3);
+    EXPECT_EQ(Control<QLabel>(u"lblPhone").accessibleName(), QStringLiteral("Phone : Private Number"));
+    EXPECT_TRUE(Control<QLabel>(u"UserData1").accessibleName().endsWith(QStringLiteral(" : 2.14")));
+}
+
 TEST_F(ContactListView, TheEmptyKeyClearsTheDetailsAndAnUnknownOneChangesNothing) {
     Start();
     ClickRow(3);
