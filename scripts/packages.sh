@@ -7,7 +7,7 @@ build_packages=(
 )
 # A screen that is not there: X server, window manager, fonts, a hand for the mouse.
 screen_packages=(xvfb xauth x11-utils openbox fonts-dejavu-core xdotool)
-style_packages=(clang-format)
+style_packages=(clang-format man-db)
 tidy_packages=(clang clang-tidy)
 fuzz_packages=(clang libclang-rt-14-dev)
 
