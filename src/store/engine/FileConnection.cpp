@@ -74,9 +74,8 @@ QString FullNativePath(const QString& filename) {
 
 FileKind FileInspector::KindOf(const QString& path) {
     const struct stat status = StatusOf(path);
-    if (!S_ISREG(status.st_mode) || status.st_size == 0) {
-        throw Failure(Number::NotADatabase,
-                      QStringLiteral("Unrecognized database format: no file, or an empty one."));
+    if (!S_ISREG(status.st_mode)) {
+        return FileKind::Other;
     }
     if (m_known.contains(Identity(status))) {
         return FileKind::Sqlite;

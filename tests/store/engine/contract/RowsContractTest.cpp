@@ -232,6 +232,13 @@ TEST_P(RowsContractTest, TextsAreComparedWithoutRegardToCase) {
         QVariant(0));
 }
 
+TEST_P(RowsContractTest, CaseMakesNoDifferenceBeyondAsciiEither) {
+    auto connection = Outbox();
+    AddMessage(*connection, QStringLiteral("\u00c9RIC"));
+    EXPECT_EQ(Value(*connection, QStringLiteral("SELECT Count(*) FROM Message WHERE msgText = '\u00e9ric'")),
+              QVariant(1));
+}
+
 TEST_P(RowsContractTest, OnlyPercentAndUnderscoreAreWildcards) {
     auto connection = Phonebook();
     for (const auto& name : {u"a*b", u"a?b", u"a[b", u"a#b", u"axb"}) {

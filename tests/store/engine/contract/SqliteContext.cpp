@@ -3,13 +3,11 @@
 #include "store/engine/sqlite/OfficeFiles.h"
 
 #include <QFile>
+#include <QProcess>
 #include <QTemporaryDir>
-
-#include <sqlite3.h>
 
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -17,64 +15,40 @@
 
 namespace {
 
-/// A child of this process that runs `body`, tells when it has done its work, and lives until it is let go.
-class Child {
+/// Another process that runs SQL on a file and then lives until it is let go; it never closes the file, as a
+/// program that dies does not. A child made by fork alone would take this process's knowledge of its own
+/// locks along.
+class Peer {
 public:
-    template <typename Body>
-    explicit Child(Body body) {
-        int ready[2] = {};
-        int end[2] = {};
-        if (pipe(ready) != 0 || pipe(end) != 0) {
-            throw std::runtime_error("no pipe");
-        }
-        m_process = fork();
-        if (m_process == 0) {
-            close(end[1]);
-            char byte = body() ? '+' : '-';
-            Q_UNUSED(write(ready[1], &byte, 1));
-            Q_UNUSED(read(end[0], &byte, 1));
-            _exit(0);
-        }
-        close(ready[1]);
-        close(end[0]);
-        m_end = end[1];
-        char answer = '-';
-        Q_UNUSED(read(ready[0], &answer, 1));
-        close(ready[0]);
-        m_isFine = answer == '+';
+    Peer(const QString& file, const QString& sql) {
+        m_process.start(QStringLiteral(SQLITE_PEER), {file, sql});
+        EXPECT_TRUE(m_process.waitForReadyRead());
+        m_isFine = m_process.readAll().startsWith('+');
     }
-    ~Child() {
-        close(m_end);
-        waitpid(m_process, nullptr, 0);
+    ~Peer() {
+        m_process.closeWriteChannel();
+        EXPECT_TRUE(m_process.waitForFinished());
     }
-    Child(const Child&) = delete;
-    Child& operator=(const Child&) = delete;
+    Peer(const Peer&) = delete;
+    Peer& operator=(const Peer&) = delete;
 
     [[nodiscard]] bool IsFine() const { return m_isFine; }
 
 private:
-    pid_t m_process = -1;
-    int m_end = -1;
+    QProcess m_process;
     bool m_isFine = false;
 };
 
-/// In a child: never closed, as of a program that dies.
-bool RunRaw(const QByteArray& file, const char* sql) {
-    sqlite3* handle = nullptr;
-    return sqlite3_open_v2(file.constData(), &handle, SQLITE_OPEN_READWRITE, nullptr) == SQLITE_OK &&
-           sqlite3_exec(handle, sql, nullptr, nullptr, nullptr) == SQLITE_OK;
-}
-
 class LockOfAnother final : public EngineContext::Lock {
 public:
-    LockOfAnother(const QByteArray& file, const char* begin) : m_child([&] { return RunRaw(file, begin); }) {
-        if (!m_child.IsFine()) {
+    LockOfAnother(const QString& file, const QString& begin) : m_peer(file, begin) {
+        if (!m_peer.IsFine()) {
             throw std::runtime_error("the other process did not get its lock");
         }
     }
 
 private:
-    Child m_child;
+    Peer m_peer;
 };
 
 /// Also for root, whom permissions do not stop: the process is somebody else as long as it lives.
@@ -142,10 +116,10 @@ public:
     }
 
     [[nodiscard]] std::unique_ptr<Lock> LockForWriting() override {
-        return std::make_unique<LockOfAnother>(QFile::encodeName(Outbox()), "BEGIN IMMEDIATE");
+        return std::make_unique<LockOfAnother>(Outbox(), QStringLiteral("BEGIN IMMEDIATE"));
     }
     [[nodiscard]] std::unique_ptr<Lock> LockForAll() override {
-        return std::make_unique<LockOfAnother>(QFile::encodeName(Outbox()), "BEGIN EXCLUSIVE");
+        return std::make_unique<LockOfAnother>(Outbox(), QStringLiteral("BEGIN EXCLUSIVE"));
     }
     [[nodiscard]] std::unique_ptr<Lock> MakeReadOnly() override {
         return std::make_unique<ReadOnlyFolder>(m_folder.path(),
@@ -156,10 +130,9 @@ public:
     }
     void DieWhileWriting(const QString& text) override {
         // A cache of one page makes the change reach the file long before its end.
-        const QByteArray sql =
-            "PRAGMA cache_size=1; PRAGMA journal_mode=PERSIST; BEGIN; UPDATE Message SET msgText='" +
-            text.repeated(500).toUtf8() + "'";
-        const Child writer([&] { return RunRaw(QFile::encodeName(Outbox()), sql.constData()); });
+        const Peer writer(Outbox(), QStringLiteral("PRAGMA cache_size=1; PRAGMA journal_mode=PERSIST; BEGIN; "
+                                                   "UPDATE Message SET msgText='%1'")
+                                        .arg(text.repeated(500)));
         EXPECT_TRUE(writer.IsFine());
         EXPECT_TRUE(Bytes().contains(text.repeated(20).toUtf8())) << "the change did not reach the file";
     }
