@@ -53,8 +53,10 @@ TEST_F(LastResortTest, AThrowingButtonIsLoggedAndToldInOneBoxAndTheProgramGoesOn
     button.show();
     Machine.Office.Boxes.Expect();
     Machine.Office.Boxes.Expect();
-    QTest::mouseClick(&button, Qt::LeftButton);
-    QTest::mouseClick(&button, Qt::LeftButton);
+    // By keyboard: a failure that passes through the toolkit's mouse handling leaves a few bytes of its own
+    // behind.
+    QTest::keyClick(&button, Qt::Key_Space);
+    QTest::keyClick(&button, Qt::Key_Space);
     EXPECT_EQ(presses, 2);
     EXPECT_EQ(Machine.Office.Boxes.Shown, (QList<BoxRequest>{LastResort, LastResort}));
     EXPECT_EQ(Machine.LogLines().count(Q("Unhandled Error: 0 from a button")), 2);
