@@ -5,20 +5,32 @@
 #include "core/Trap.h"
 #include "store/engine/Recordset.h"
 
+#include <charconv>
 #include <stdexcept>
+
+namespace {
+
+/// In one piece: a list of tens of thousands makes a key for each row.
+QString KeyOf(char letter, qint32 number) {
+    std::array<char, 12> text{letter};
+    const auto end = std::to_chars(text.data() + 1, text.data() + text.size(), number).ptr;
+    return QString::fromLatin1(text.data(), end - text.data());
+}
+
+}  // namespace
 
 namespace Keys {
 
 QString ContactKey(qint32 id) {
-    return u'C' + QString::number(id);
+    return KeyOf('C', id);
 }
 
 QString PrivateKey(qint32 line) {
-    return u'P' + QString::number(line);
+    return KeyOf('P', line);
 }
 
 QString GroupTag(qint32 id) {
-    return u'G' + QString::number(id);
+    return KeyOf('G', id);
 }
 
 qint16 Number(const QString& key) {
@@ -45,8 +57,7 @@ bool WithValue(const engine::Recordset& row, int column, Use&& use) {
 }
 
 bool ReadText(const engine::Recordset& row, int column, QString& target) {
-    return WithValue(row, column,
-                     [&](const QVariant& value) { target = Text::Trim(Numbers::NullToString(value)); });
+    return column >= 0 && Trap([&] { target = Text::Trim(row.Text(column)); });
 }
 
 bool ReadFlag(const engine::Recordset& row, int column, bool& target) {

@@ -13,14 +13,20 @@ void ContactList::Clear() {
 }
 
 Contact& ContactList::Add(Contact contact) {
-    const auto present = m_byKey.constFind(contact.Key);
-    if (present != m_byKey.cend()) {
-        return **present;
-    }
     m_list.push_back(std::move(contact));
-    const auto added = std::prev(m_list.end());
-    m_byKey.insert(added->Key, added);
-    return *added;
+    return KeepLast();
+}
+
+Contact& ContactList::KeepLast() {
+    const auto last = std::prev(m_list.end());
+    const qsizetype countBefore = m_byKey.size();
+    auto& place = m_byKey[last->Key];
+    if (m_byKey.size() > countBefore) {
+        place = last;
+    } else {
+        m_list.pop_back();
+    }
+    return *place;
 }
 
 void ContactList::Remove(const Contact& contact) {
@@ -53,10 +59,12 @@ bool ContactList::Load(engine::Recordset* rows) {
     }
     return Trap([&] {
         const ContactColumns columns(*rows);
+        if (rows->RecordCount() > 0) {
+            m_byKey.reserve(m_byKey.size() + rows->RecordCount());
+        }
         for (; !rows->EndOfFile(); rows->MoveNext()) {
-            Contact contact;
-            contact.Load(*rows, columns);
-            Add(std::move(contact));
+            m_list.emplace_back().Load(*rows, columns);
+            KeepLast();
         }
     });
 }

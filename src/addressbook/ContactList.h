@@ -36,6 +36,10 @@ public:
     void Show() const;
 
 private:
+    /// Keeps the last contact of the list under its key, or drops it when the key is taken; the contact that
+    /// now stands under the key.
+    Contact& KeepLast();
+
     std::list<Contact> m_list;
     QHash<QString, std::list<Contact>::iterator> m_byKey;
 };

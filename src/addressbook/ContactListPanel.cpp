@@ -40,12 +40,15 @@ ContactListPanel::ContactListPanel(QWidget* parent) : QWidget(parent), m_lvConta
 
 void ContactListPanel::FillContactList(const ContactList& contacts, qint32 sortBy) {
     const RedrawOff still(*m_lvContacts);
-    QList<ListRow> rows;
-    rows.reserve(contacts.Count());
+    QStringList keys;
+    keys.reserve(contacts.Count());
     for (const Contact& contact : contacts.list()) {
-        rows.append(ContactItems::RowOf(contact, sortBy));
+        keys.append(contact.Key);
     }
-    m_lvContacts->Rows().Assign(std::move(rows));
+    m_lvContacts->Rows().Assign(keys, [&contacts, sortBy](const QString& key) {
+        const Contact* const contact = contacts.ContactByKey(key);
+        return contact != nullptr ? ContactItems::RowOf(*contact, sortBy) : ListRow();
+    });
 }
 
 void ContactListPanel::ShowSortBy(qint32 sortBy) {

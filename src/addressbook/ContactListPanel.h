@@ -18,7 +18,8 @@ public:
     [[nodiscard]] ContactButtonsPanel& Buttons() { return *m_buttons; }
     [[nodiscard]] ShrinkButton& cmdSortBy() { return *m_cmdSortBy; }
 
-    /// One row a contact, in the order of the list.
+    /// One row a contact, in the order of the list. `contacts` is what stands behind the rows until the next
+    /// fill: a row is made of its contact when it is first looked at.
     void FillContactList(const ContactList& contacts, qint32 sortBy);
     /// The sort button names what a click on it will do.
     void ShowSortBy(qint32 sortBy);

@@ -3,6 +3,7 @@
 #include <QSet>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -39,7 +40,10 @@ QVariant RowModel::data(const QModelIndex& index, int role) const {
     if (!index.isValid() || index.row() >= Count()) {
         return {};
     }
-    const ListRow& row = m_rows[index.row()];
+    if (role == KeyRole) {
+        return m_rows.at(index.row()).Key;
+    }
+    const ListRow& row = At(index.row());
     switch (role) {
         case Qt::DisplayRole:
             return row.Text;
@@ -49,8 +53,6 @@ QVariant RowModel::data(const QModelIndex& index, int role) const {
             return row.ToolTip.trimmed();
         case Qt::CheckStateRole:
             return m_isCheckable ? QVariant(row.IsChecked ? Qt::Checked : Qt::Unchecked) : QVariant();
-        case KeyRole:
-            return row.Key;
         case SmallIconRole:
             return row.SmallIcon;
         default:
@@ -71,6 +73,7 @@ bool RowModel::setData(const QModelIndex& index, const QVariant& value, int role
     if (!m_isCheckable || role != Qt::CheckStateRole || !index.isValid() || index.row() >= Count()) {
         return false;
     }
+    static_cast<void>(At(index.row()));
     m_rows[index.row()].IsChecked = value.toInt() == Qt::Checked;
     Q_EMIT dataChanged(index, index, {Qt::CheckStateRole});
     return true;
@@ -85,14 +88,23 @@ void RowModel::SetCheckable(bool checkable) {
     endResetModel();
 }
 
+const ListRow& RowModel::At(int row) const {
+    if (!m_rows.at(row).IsMade) {
+        const QString key = m_rows.at(row).Key;
+        m_rows[row] = Row{m_maker(key)};
+        m_rows[row].Key = key;
+    }
+    return m_rows.at(row);
+}
+
 int RowModel::RowOf(const QString& key) const {
-    return m_byKey.value(key, -1);
+    return Index().value(key, -1);
 }
 
 QStringList RowModel::KeyList() const {
     QStringList keys;
     keys.reserve(m_rows.size());
-    for (const ListRow& row : m_rows) {
+    for (const Row& row : m_rows) {
         keys.append(row.Key);
     }
     return keys;
@@ -104,25 +116,33 @@ void RowModel::Clear() {
     }
     beginResetModel();
     m_rows.clear();
-    m_byKey.clear();
+    Reindex();
     endResetModel();
 }
 
 void RowModel::Assign(QList<ListRow> rows) {
-    beginResetModel();
-    m_byKey.clear();
-    m_byKey.reserve(rows.size());
-    int place = 0;
-    rows.removeIf([this, &place](const ListRow& row) {
-        const auto sizeBefore = m_byKey.size();
-        int& known = m_byKey[row.Key];
-        const bool isNew = m_byKey.size() != sizeBefore;
-        if (isNew) {
-            known = place++;
-        }
-        return !isNew;
+    QSet<QString> seen;
+    seen.reserve(rows.size());
+    rows.removeIf([&seen](const ListRow& row) {
+        const qsizetype countBefore = seen.size();
+        seen.insert(row.Key);
+        return seen.size() == countBefore;
     });
-    m_rows = std::move(rows);
+    beginResetModel();
+    m_rows = QList<Row>(rows.cbegin(), rows.cend());
+    m_isIndexed = false;
+    endResetModel();
+}
+
+void RowModel::Assign(const QStringList& keys, RowMaker maker) {
+    beginResetModel();
+    m_maker = std::move(maker);
+    m_rows.clear();
+    m_rows.reserve(keys.size());
+    for (const QString& key : keys) {
+        m_rows.emplaceBack(key);
+    }
+    m_isIndexed = false;
     endResetModel();
 }
 
@@ -134,7 +154,7 @@ int RowModel::AddAll(const QList<ListRow>& rows) {
     QList<ListRow> added;
     QSet<QString> seen;
     for (const ListRow& row : rows) {
-        if (!m_byKey.contains(row.Key) && !seen.contains(row.Key)) {
+        if (!Index().contains(row.Key) && !seen.contains(row.Key)) {
             seen.insert(row.Key);
             added.append(row);
         }
@@ -144,7 +164,7 @@ int RowModel::AddAll(const QList<ListRow>& rows) {
     }
     const int first = Count();
     beginInsertRows({}, first, first + static_cast<int>(added.size()) - 1);
-    m_rows.append(added);
+    m_rows.append(QList<Row>(added.cbegin(), added.cend()));
     for (int row = first; row < Count(); ++row) {
         m_byKey.insert(m_rows[row].Key, row);
     }
@@ -157,7 +177,7 @@ bool RowModel::Update(const QString& key, const ListRow& row) {
     if (place < 0) {
         return false;
     }
-    m_rows[place] = row;
+    m_rows[place] = Row(row);
     m_rows[place].Key = key;
     Q_EMIT dataChanged(index(place), index(place));
     return true;
@@ -181,11 +201,11 @@ void RowModel::RemoveKeys(const QStringList& keys) {
     if (runs.size() > MaxRunNotices) {
         beginResetModel();
         const QSet<int> rows(doomed.cbegin(), doomed.cend());
-        QList<ListRow> kept;
+        QList<Row> kept;
         kept.reserve(m_rows.size() - doomed.size());
         for (int row = 0; row < Count(); ++row) {
             if (!rows.contains(row)) {
-                kept.append(m_rows[row]);
+                kept.append(m_rows.at(row));
             }
         }
         m_rows = kept;
@@ -201,10 +221,18 @@ void RowModel::RemoveKeys(const QStringList& keys) {
     }
 }
 
-void RowModel::Reindex() {
+void RowModel::Reindex() const {
     m_byKey.clear();
     m_byKey.reserve(m_rows.size());
     for (int row = 0; row < Count(); ++row) {
-        m_byKey.insert(m_rows[row].Key, row);
+        m_byKey.insert(m_rows.at(row).Key, row);
     }
+    m_isIndexed = true;
+}
+
+const QHash<QString, int>& RowModel::Index() const {
+    if (!m_isIndexed) {
+        Reindex();
+    }
+    return m_byKey;
 }

@@ -6,6 +6,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+
 /// One row of a ListView.
 struct ListRow {
     QString Key;  // unique in its list
@@ -16,6 +18,9 @@ struct ListRow {
 
     bool operator==(const ListRow&) const = default;
 };
+
+/// Makes what the row of a key shows.
+using RowMaker = std::function<ListRow(const QString& key)>;
 
 /// The rows behind a ListView, each under a key. Looking a row up by key takes constant time; adding and
 /// removing a batch takes time linear in the rows.
@@ -35,13 +40,16 @@ public:
     /// Rows get a check box that `setData` with Qt::CheckStateRole changes.
     void SetCheckable(bool checkable);
     [[nodiscard]] int Count() const { return static_cast<int>(m_rows.size()); }
-    [[nodiscard]] const ListRow& At(int row) const { return m_rows[row]; }
+    [[nodiscard]] const ListRow& At(int row) const;
     /// -1 for an unknown key.
     [[nodiscard]] int RowOf(const QString& key) const;
     [[nodiscard]] QStringList KeyList() const;
     void Clear();
     /// Replaces all rows; rows whose key repeats are left out.
     void Assign(QList<ListRow> rows);
+    /// Replaces all rows by these keys, none of which may repeat. `maker` is asked for a row when it is first
+    /// looked at: of tens of thousands a list shows a page.
+    void Assign(const QStringList& keys, RowMaker maker);
     /// Row number of the new row; -1 when the key is already there, and nothing changes.
     int Add(const ListRow& row);
     /// Appends the rows whose keys are new, with one notice to the views. Returns how many.
@@ -53,9 +61,18 @@ public:
     void RemoveKeys(const QStringList& keys);
 
 private:
-    void Reindex();
+    struct Row : ListRow {
+        explicit Row(const ListRow& made) : ListRow(made) {}
+        explicit Row(const QString& key) : IsMade(false) { Key = key; }
+        bool IsMade = true;  // false: only the key is there
+    };
 
-    QList<ListRow> m_rows;
-    QHash<QString, int> m_byKey;
+    void Reindex() const;
+    [[nodiscard]] const QHash<QString, int>& Index() const;
+
+    mutable QList<Row> m_rows;
+    RowMaker m_maker;
+    mutable QHash<QString, int> m_byKey;
+    mutable bool m_isIndexed = true;  // a list on show seldom needs to know where its keys stand
     bool m_isCheckable = false;
 };

@@ -1,9 +1,9 @@
 #include "platform/LocalFiles.h"
 
 #include <QFile>
-#include <QFileInfo>
 #include <QRandomGenerator>
 
+#include <algorithm>
 #include <cerrno>
 #include <utility>
 
@@ -55,15 +55,40 @@ ssize_t WriteSome(int descriptor, const char* bytes, qsizetype count) {
     return written;
 }
 
-bool WriteAll(int descriptor, const QByteArray& bytes) {
-    for (qsizetype done = 0; done < bytes.size();) {
-        const ssize_t written = WriteSome(descriptor, bytes.constData() + done, bytes.size() - done);
-        if (written <= 0) {
-            return false;
+bool WriteAll(int descriptor, const QList<QByteArrayView>& pieces) {
+    for (QByteArrayView piece : pieces) {
+        while (!piece.isEmpty()) {
+            const ssize_t written = WriteSome(descriptor, piece.data(), piece.size());
+            if (written <= 0) {
+                return false;
+            }
+            piece = piece.sliced(written);
         }
-        done += written;
     }
     return true;
+}
+
+/// All bytes of an open file; nothing if reading fails. One that grows meanwhile is read as long as it was.
+std::optional<QByteArray> ReadAll(int descriptor) {
+    struct stat status {};
+    if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
+        return std::nullopt;
+    }
+    QByteArray bytes(status.st_size, Qt::Uninitialized);
+    qsizetype done = 0;
+    while (done < bytes.size()) {
+        const ssize_t got =
+            read(descriptor, bytes.data() + done, static_cast<std::size_t>(bytes.size() - done));
+        if (got < 0 && errno != EINTR) {
+            return std::nullopt;
+        }
+        if (got == 0) {
+            break;
+        }
+        done += std::max<ssize_t>(got, 0);
+    }
+    bytes.truncate(done);
+    return bytes;
 }
 
 QByteArray OpenablePath(const QString& path) {
@@ -118,19 +143,22 @@ public:
     NewFile& operator=(const NewFile&) = delete;
 
     /// Writes the bytes and takes the place of `path`.
-    bool Become(const QByteArray& path, const QByteArray& bytes, const struct stat* old) {
-        return m_file.IsOpen() && WriteAll(m_file.Number(), bytes) && TakeOver(old) && GiveName() &&
+    bool Become(const QByteArray& path, const QList<QByteArrayView>& pieces, const struct stat* old) {
+        return m_file.IsOpen() && WriteAll(m_file.Number(), pieces) && TakeOver(old) && GiveName() &&
                m_file.Close() && Rename(path);
     }
 
 private:
     /// Mode and, as far as the account may, owner and group of the file that is replaced.
     bool TakeOver(const struct stat* old) {
-        if (old == nullptr) {
-            return true;
+        struct stat own {};
+        if (old == nullptr || fstat(m_file.Number(), &own) != 0) {
+            return old == nullptr;
         }
-        [[maybe_unused]] const int ignored = fchown(m_file.Number(), old->st_uid, old->st_gid);
-        return fchmod(m_file.Number(), old->st_mode & 07777U) == 0;
+        if (own.st_uid != old->st_uid || own.st_gid != old->st_gid) {
+            [[maybe_unused]] const int ignored = fchown(m_file.Number(), old->st_uid, old->st_gid);
+        }
+        return own.st_mode == old->st_mode || fchmod(m_file.Number(), old->st_mode & 07777U) == 0;
     }
     bool GiveName() {
         if (!m_name.isEmpty()) {
@@ -179,15 +207,11 @@ qint64 DiskFiles::Size(const QString& path) const {
 }
 
 std::optional<QByteArray> DiskFiles::Read(const QString& path) const {
-    QFile file(NativePath(path));
-    if (path.isEmpty() || QFileInfo(file).isDir() || !file.open(QIODevice::ReadOnly)) {
-        return std::nullopt;
-    }
-    QByteArray bytes = file.readAll();
-    return file.error() == QFileDevice::NoError ? std::optional(bytes) : std::nullopt;
+    const Descriptor file(OpenFile(OpenablePath(path), O_RDONLY));
+    return file.IsOpen() ? ReadAll(file.Number()) : std::nullopt;
 }
 
-bool DiskFiles::Replace(const QString& path, const QByteArray& bytes) {
+bool DiskFiles::Replace(const QString& path, const QList<QByteArrayView>& pieces) {
     const QByteArray target = BehindLinks(OpenablePath(path));
     struct stat old {};
     const bool isThere = !target.isEmpty() && stat(target.constData(), &old) == 0;
@@ -195,7 +219,7 @@ bool DiskFiles::Replace(const QString& path, const QByteArray& bytes) {
                                          faccessat(AT_FDCWD, target.constData(), W_OK, AT_EACCESS) != 0))) {
         return false;
     }
-    return NewFile(FolderOf(target)).Become(target, bytes, isThere ? &old : nullptr);
+    return NewFile(FolderOf(target)).Become(target, pieces, isThere ? &old : nullptr);
 }
 
 bool DiskFiles::Append(const QString& path, const QByteArray& bytes) {

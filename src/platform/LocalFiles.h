@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QByteArray>
+#include <QByteArrayView>
+#include <QList>
 #include <QString>
 
 #include <optional>
@@ -15,12 +17,15 @@ public:
     [[nodiscard]] virtual qint64 Size(const QString& path) const = 0;
     /// The whole file; nothing if it cannot be read.
     [[nodiscard]] virtual std::optional<QByteArray> Read(const QString& path) const = 0;
-    /// Replaces the whole file by an atomic rename: afterwards it holds the old bytes or the new ones,
-    /// whatever happens in between. False if it was not replaced. A new file gets mode 0600, an old one keeps
+    /// Replaces the whole file by an atomic rename: afterwards it holds the old bytes or the new ones (the
+    /// pieces, one behind the other), whatever happens in between. False if it was not replaced. A new file gets mode 0600, an old one keeps
     /// its mode; one that may not be written is not replaced; behind a symbolic link the file that it leads
     /// to is replaced. Whole after a crash of the program at any moment; a crash of the machine may take the
     /// newest calls back unless Sync followed.
-    [[nodiscard]] virtual bool Replace(const QString& path, const QByteArray& bytes) = 0;
+    [[nodiscard]] virtual bool Replace(const QString& path, const QList<QByteArrayView>& pieces) = 0;
+    [[nodiscard]] bool Replace(const QString& path, const QByteArray& bytes) {
+        return Replace(path, QList<QByteArrayView>{bytes});
+    }
     /// Appends in one write; makes the file (mode 0600) if it is missing. False if not all bytes went in;
     /// what a failed append wrote is taken off again.
     [[nodiscard]] virtual bool Append(const QString& path, const QByteArray& bytes) = 0;
@@ -35,7 +40,8 @@ public:
     [[nodiscard]] bool Exists(const QString& path) const override;
     [[nodiscard]] qint64 Size(const QString& path) const override;
     [[nodiscard]] std::optional<QByteArray> Read(const QString& path) const override;
-    [[nodiscard]] bool Replace(const QString& path, const QByteArray& bytes) override;
+    using LocalFiles::Replace;
+    [[nodiscard]] bool Replace(const QString& path, const QList<QByteArrayView>& pieces) override;
     [[nodiscard]] bool Append(const QString& path, const QByteArray& bytes) override;
     [[nodiscard]] bool Remove(const QString& path) override;
     [[nodiscard]] bool Sync(const QString& path) override;

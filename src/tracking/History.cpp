@@ -11,10 +11,12 @@
 
 #include <QtEndian>
 
+#include <algorithm>
 #include <bit>
 #include <cstring>
 #include <limits>
 #include <tuple>
+#include <utility>
 
 namespace {
 
@@ -90,7 +92,7 @@ void mdlHistory::AddToHistory(qint32 msgID, const QString& recipient, const QStr
         // A file that is there but cannot be read now keeps its records: better one message less in the
         // history than all of them.
         if (records.has_value()) {
-            PutInFront({msgID, QByteArray(), recipient, text, sendTime}, *records);
+            PutInFront({msgID, QByteArray(), recipient, text, sendTime}, std::move(*records));
         }
     });
     Trap([&] {
@@ -133,24 +135,26 @@ std::optional<QByteArray> mdlHistory::ReadRecords() {
     return bytes;
 }
 
-void mdlHistory::PutInFront(HistoryRecord record, const QByteArray& records) {
+void mdlHistory::PutInFront(HistoryRecord record, QByteArray records) {
     // The new record is written over the newest one, whose reserved bytes stay.
     record.Reserved =
         records.isEmpty() ? QByteArray(ReservedSize, '\0') : records.mid(ReservedOffset, ReservedSize);
-    QByteArray bytes = NewRecord(record, m_page) + records.left(SizeLimit - HistoryRecord::Size);
-    char* const begin = bytes.data();
-    for (qsizetype offset = HistoryRecord::Size; offset < bytes.size(); offset += HistoryRecord::Size) {
+    const QByteArray newest = NewRecord(record, m_page);
+    const qsizetype kept = std::min<qsizetype>(records.size(), SizeLimit - HistoryRecord::Size);
+    // A longer file, which only another program can have made, keeps what stands behind the records written
+    // here.
+    const qsizetype behind = std::min<qsizetype>(records.size(), SizeLimit);
+    char* const begin = records.data();
+    for (qsizetype offset = 0; offset < kept; offset += HistoryRecord::Size) {
         StripLeadingBlanks(begin + offset + RecipientOffset, HistoryRecord::RecipientWidth);
         StripLeadingBlanks(begin + offset + TextOffset, HistoryRecord::TextWidth);
     }
-    // A longer file, which only another program can have made, keeps what stands behind the records written
-    // here.
-    bytes += records.mid(bytes.size());
     const QString path = HistoryPath();
     if (!IsHistoryFileValid(path)) {
         std::ignore = m_files.Remove(path);
     }
-    std::ignore = m_files.Replace(path, bytes);
+    const QByteArrayView old(records);
+    std::ignore = m_files.Replace(path, {newest, old.first(kept), old.sliced(behind)});
 }
 
 QString mdlHistory::HistoryPath() const {

@@ -57,7 +57,7 @@ private:
     /// The records as they stand in the file, empty where there are none. Nothing if the file is there but
     /// cannot be read.
     [[nodiscard]] std::optional<QByteArray> ReadRecords();
-    void PutInFront(HistoryRecord record, const QByteArray& records);
+    void PutInFront(HistoryRecord record, QByteArray records);
     [[nodiscard]] QString HistoryPath() const;
     [[nodiscard]] QString LogPath() const;
 

@@ -65,6 +65,34 @@ TEST_F(RowModelTest, AssignReplacesEverythingAndDropsRepeatedKeys) {
     EXPECT_EQ(m_model.RowOf(QStringLiteral("C2")), 1);
 }
 
+TEST_F(RowModelTest, RowsOfKeysAreMadeWhenTheyAreLookedAt) {
+    QStringList made;
+    m_model.Assign(QStringList{QStringLiteral("C1"), QStringLiteral("C2"), QStringLiteral("C3")},
+                   [&made](const QString& key) {
+                       made.append(key);
+                       return Row(key, QStringLiteral("made ") + key);
+                   });
+    made.clear();  // the model tester has looked at some
+    EXPECT_EQ(m_model.Count(), 3);
+    EXPECT_EQ(m_model.RowOf(QStringLiteral("C3")), 2);
+    EXPECT_EQ(m_model.index(2).data(RowModel::KeyRole), QStringLiteral("C3"));
+    EXPECT_EQ(made, QStringList());
+    EXPECT_EQ(m_model.At(2).Text, QStringLiteral("made C3"));
+    EXPECT_EQ(m_model.index(2).data(), QStringLiteral("made C3"));
+    EXPECT_EQ(made, QStringList{QStringLiteral("C3")});
+}
+
+TEST_F(RowModelTest, ARowThatWasNotLookedAtIsUpdatedAndRemovedLikeAnyOther) {
+    const QStringList keys{QStringLiteral("C1"), QStringLiteral("C2"), QStringLiteral("C3")};
+    m_model.Assign(keys, [](const QString& key) { return Row(key, QStringLiteral("made")); });
+    EXPECT_TRUE(m_model.Update(QStringLiteral("C2"), Row(QStringLiteral("C2"), QStringLiteral("edited"))));
+    m_model.RemoveKeys({QStringLiteral("C1")});
+    EXPECT_EQ(m_model.At(0).Text, QStringLiteral("edited"));
+    EXPECT_EQ(m_model.At(1).Text, QStringLiteral("made"));
+    EXPECT_EQ(m_model.At(1).Key, QStringLiteral("C3"));
+    EXPECT_EQ(m_model.Add(Row(QStringLiteral("C3"))), -1);
+}
+
 TEST_F(RowModelTest, AnUpdatedRowKeepsKeyAndPlace) {
     m_model.Assign(Rows(3));
     const QSignalSpy notices(&m_model, &QAbstractItemModel::dataChanged);

@@ -16,8 +16,9 @@ public:
     [[nodiscard]] std::optional<QByteArray> Read(const QString& path) const override {
         return IsReadFailing ? std::nullopt : m_disk.Read(path);
     }
-    [[nodiscard]] bool Replace(const QString& path, const QByteArray& bytes) override {
-        return Allow() && m_disk.Replace(path, bytes);
+    using LocalFiles::Replace;
+    [[nodiscard]] bool Replace(const QString& path, const QList<QByteArrayView>& pieces) override {
+        return Allow() && m_disk.Replace(path, pieces);
     }
     [[nodiscard]] bool Append(const QString& path, const QByteArray& bytes) override {
         return Allow() && m_disk.Append(path, bytes);

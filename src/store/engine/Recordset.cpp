@@ -1,5 +1,6 @@
 #include "store/engine/Recordset.h"
 
+#include "core/Numbers.h"
 #include "store/engine/Error.h"
 
 namespace engine {
@@ -10,6 +11,10 @@ QVariant Recordset::Value(QStringView name) const {
         throw Failure(Number::ItemNotFound, QStringLiteral("There is no field of that name."));
     }
     return Value(index);
+}
+
+QString Recordset::Text(int index) const {
+    return Numbers::NullToString(Value(index));
 }
 
 bool FieldExists(const Recordset* recordset, QStringView name) noexcept {

@@ -19,6 +19,9 @@ public:
     [[nodiscard]] virtual bool EndOfFile() const = 0;
     virtual void MoveNext() = 0;
 
+    /// How many rows there are in all; -1 where the engine does not know.
+    [[nodiscard]] virtual qsizetype RecordCount() const { return -1; }
+
     [[nodiscard]] virtual int FieldCount() const = 0;
     [[nodiscard]] virtual QString FieldName(int index) const = 0;
     /// Names are compared without regard to case. -1 if there is no such field.
@@ -29,6 +32,9 @@ public:
     [[nodiscard]] virtual QVariant Value(int index) const = 0;
     /// By name; throws Failure ItemNotFound for an unknown field.
     [[nodiscard]] QVariant Value(QStringView name) const;
+    /// The current row's value as text, the empty text for a null; throws as Value does. What lists of many
+    /// rows read by: an engine may save itself the way through a QVariant.
+    [[nodiscard]] virtual QString Text(int index) const;
 
     /// Changes a field of the current row in memory; Update writes the row (dynamic cursor and optimistic
     /// lock only).

@@ -79,7 +79,7 @@ void Rows::Append(sqlite3_stmt* statement) {
             default: {
                 const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, i));
                 const auto length = static_cast<quint32>(sqlite3_column_bytes(statement, i));
-                put(Text, &length, LengthSize);
+                put(Tag::Text, &length, LengthSize);
                 m_bytes.insert(m_bytes.end(), text, text + length);
             }
         }
@@ -115,11 +115,11 @@ void Rows::Locate(std::size_t row, std::vector<std::size_t>* cells) const {
     for (qsizetype i = 0; i < m_names.size(); ++i) {
         cells->push_back(position);
         const char tag = m_bytes[position++];
-        if (tag == Text) {
+        if (tag == Tag::Text) {
             quint32 length = 0;
             std::memcpy(&length, &m_bytes[position], LengthSize);
             position += LengthSize + length;
-        } else if (tag != Null) {
+        } else if (tag != Tag::Null) {
             position += NumberSize;
         }
     }
@@ -138,11 +138,8 @@ QVariant Rows::RawValue(std::size_t cell) const {
             std::memcpy(&number, data, NumberSize);
             return number;
         }
-        case Text: {
-            quint32 length = 0;
-            std::memcpy(&length, data, LengthSize);
-            return DecodeText({data + LengthSize, static_cast<qsizetype>(length)});
-        }
+        case Tag::Text:
+            return TextAt(cell);
         default:
             return {};
     }
@@ -154,10 +151,24 @@ QVariant Rows::Value(std::size_t cell, int column) const {
     if (type == ColumnType::Boolean && tag == Integer) {
         return RawValue(cell).toLongLong() != 0;
     }
-    if (type == ColumnType::DateTime && tag == Text) {
+    if (type == ColumnType::DateTime && tag == Tag::Text) {
         return ReadDate(RawValue(cell).toString());
     }
     return RawValue(cell);
+}
+
+QString Rows::Text(std::size_t cell, int column) const {
+    if (m_bytes[cell] == Tag::Text && m_types[static_cast<std::size_t>(column)] != ColumnType::DateTime) {
+        return TextAt(cell);
+    }
+    return m_bytes[cell] == Tag::Null ? QString() : Value(cell, column).toString();
+}
+
+QString Rows::TextAt(std::size_t cell) const {
+    const char* data = m_bytes.data() + cell + 1;
+    quint32 length = 0;
+    std::memcpy(&length, data, LengthSize);
+    return DecodeText({data + LengthSize, static_cast<qsizetype>(length)});
 }
 
 }  // namespace engine::sqlite

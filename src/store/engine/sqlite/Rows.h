@@ -37,10 +37,14 @@ public:
     /// included.
     void Locate(std::size_t row, std::vector<std::size_t>* cells) const;
     [[nodiscard]] QVariant Value(std::size_t cell, int column) const;
+    /// The value as text; the empty text for a null.
+    [[nodiscard]] QString Text(std::size_t cell, int column) const;
     /// A value as it lies in the file, dates and booleans undecoded.
     [[nodiscard]] QVariant RawValue(std::size_t cell) const;
 
 private:
+    [[nodiscard]] QString TextAt(std::size_t cell) const;
+
     QStringList m_names;
     std::vector<ColumnType> m_types;
     std::vector<bool> m_isRepeated;  // an earlier column has the same name

@@ -40,6 +40,11 @@ void SqliteRecordset::MoveNext() {
     ++m_row;
 }
 
+qsizetype SqliteRecordset::RecordCount() const {
+    CheckOpen();
+    return static_cast<qsizetype>(m_rows.RowCount());
+}
+
 int SqliteRecordset::FieldCount() const {
     CheckOpen();
     return m_rows.ColumnCount();
@@ -69,6 +74,14 @@ QVariant SqliteRecordset::Value(int index) const {
         return *written;
     }
     return m_rows.Value(Cells()[static_cast<std::size_t>(index)], index);
+}
+
+QString SqliteRecordset::Text(int index) const {
+    if (!m_changes.isEmpty() || !m_written.isEmpty()) {
+        return Recordset::Text(index);
+    }
+    CheckRow(index);
+    return m_rows.Text(Cells()[static_cast<std::size_t>(index)], index);
 }
 
 void SqliteRecordset::SetValue(QStringView name, const QVariant& value) {

@@ -35,11 +35,13 @@ public:
 
     [[nodiscard]] bool EndOfFile() const override;
     void MoveNext() override;
+    [[nodiscard]] qsizetype RecordCount() const override;
     [[nodiscard]] int FieldCount() const override;
     [[nodiscard]] QString FieldName(int index) const override;
     [[nodiscard]] int FieldIndex(QStringView name) const override;
     using Recordset::Value;
     [[nodiscard]] QVariant Value(int index) const override;
+    [[nodiscard]] QString Text(int index) const override;
     void SetValue(QStringView name, const QVariant& value) override;
     void Update() override;
     void Close() override;

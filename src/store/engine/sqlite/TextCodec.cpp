@@ -42,7 +42,7 @@ qsizetype FindSurrogate(QByteArrayView bytes, qsizetype from) {
 /// Plain UTF-8. QString takes a byte order mark at the start for no part of the text; here it is one.
 QString FromUtf8(QByteArrayView bytes) {
     constexpr QByteArrayView Mark = "\xEF\xBB\xBF";
-    if (!bytes.startsWith(Mark)) {
+    if (bytes.isEmpty() || bytes.front() != Mark.front() || !bytes.startsWith(Mark)) {
         return QString::fromUtf8(bytes);
     }
     QString text;

@@ -113,6 +113,46 @@ TEST_P(RowsContractTest, ValuesComeBackAsWhatTheirColumnsAre) {
     EXPECT_TRUE(rows->Value(u"msgErrorReason").isNull());
 }
 
+TEST_P(RowsContractTest, TheTextOfAFieldIsItsValueAsText) {
+    auto connection = Outbox();
+    Execute(
+        *connection,
+        QStringLiteral("INSERT INTO Message (msgText, msgSendTime, msgComplete, msgStatus, msgTariff) VALUES "
+                       "('Zoë', #31/December/1999 23:59:58#, TRUE, 5, 7.25)"));
+    const auto rows = Rows(*connection, QStringLiteral("SELECT * FROM Message"));
+    for (int field = 0; field < rows->FieldCount(); ++field) {
+        const QVariant value = rows->Value(field);
+        EXPECT_EQ(rows->Text(field), value.isNull() ? QString() : value.toString())
+            << rows->FieldName(field).toStdString();
+    }
+    EXPECT_EQ(rows->Text(rows->FieldIndex(u"msgText")), QStringLiteral("Zoë"));
+    EXPECT_THROW(Q_UNUSED(rows->Text(rows->FieldCount())), engine::Failure);
+    rows->MoveNext();
+    EXPECT_THROW(Q_UNUSED(rows->Text(0)), engine::Failure);
+}
+
+TEST_P(RowsContractTest, TheTextOfAChangedFieldIsThatOfTheChange) {
+    auto connection = Phonebook();
+    Execute(*connection, Contact(QStringLiteral("One")));
+    const auto rows = Writable(*connection, QStringLiteral("SELECT * FROM Contact"));
+    const int note = rows->FieldIndex(u"cntNote");
+    rows->SetValue(u"cntNote", QStringLiteral("a note"));
+    EXPECT_EQ(rows->Text(note), QStringLiteral("a note"));
+    rows->Update();
+    EXPECT_EQ(rows->Text(note), QStringLiteral("a note"));
+    EXPECT_EQ(rows->Text(rows->FieldIndex(u"cntSurname")), QStringLiteral("One"));
+}
+
+TEST_P(RowsContractTest, ARecordsetKnowsHowManyRowsItHasOrSaysThatItDoesNot) {
+    auto connection = Outbox();
+    AddMessage(*connection, QStringLiteral("one"));
+    AddMessage(*connection, QStringLiteral("two"));
+    const auto rows = Rows(*connection, QStringLiteral("SELECT * FROM Message"));
+    EXPECT_TRUE(rows->RecordCount() == 2 || rows->RecordCount() == -1) << rows->RecordCount();
+    rows->MoveNext();
+    EXPECT_TRUE(rows->RecordCount() == 2 || rows->RecordCount() == -1) << rows->RecordCount();
+}
+
 TEST_P(RowsContractTest, ADateWithoutATimeIsItsMidnight) {
     auto connection = Outbox();
     Execute(*connection, QStringLiteral("INSERT INTO Message (msgSendTime) VALUES (#29/Feb/2024#)"));
