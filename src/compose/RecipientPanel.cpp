@@ -60,7 +60,9 @@ void RecipientPanel::Connect() {
         RemoveSelectedRecipients();
         Q_EMIT RecipientsChanged();
     });
-    connect(m_lvRecipients, &ListView::ItemDoubleClicked, this, [this](const QString& key) {
+    connect(m_lvRecipients, &ListView::ItemDoubleClicked, this, [this] {
+        // The current row, wherever in the list the click was.
+        const QString key = m_lvRecipients->CurrentKey();
         if (!key.isEmpty()) {
             RemoveRecipient(key);
             Q_EMIT RecipientsChanged();

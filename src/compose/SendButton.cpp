@@ -1,5 +1,8 @@
 #include "compose/SendButton.h"
 
+#include "controls/HeldKeyGuard.h"
+
+#include <QApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QStyleOptionButton>
@@ -24,18 +27,6 @@ QIcon Tinted(const QIcon& icon, const QSize& size, double ratio, const QColor& c
 }
 
 }  // namespace
-
-bool IsPressKey(const QKeyEvent& key) {
-    switch (key.key()) {
-        case Qt::Key_Return:
-        case Qt::Key_Enter:
-        case Qt::Key_Space:
-        case Qt::Key_Select:
-            return true;
-        default:
-            return false;
-    }
-}
 
 SendButton::SendButton(const QString& text, QWidget* parent) : QPushButton(text, parent) {
     setAutoDefault(false);
@@ -81,6 +72,19 @@ void SendButton::keyPressEvent(QKeyEvent* event) {
     QPushButton::keyPressEvent(event);
 }
 
+void SendButton::mousePressEvent(QMouseEvent* event) {
+    // The third click of three comes as a new press.
+    const auto pause = static_cast<quint64>(QApplication::doubleClickInterval());
+    const bool isBurst = m_lastPress != 0 && event->timestamp() - m_lastPress < pause;
+    m_lastPress = event->timestamp();
+    if (isBurst) {
+        event->accept();
+        return;
+    }
+    QPushButton::mousePressEvent(event);
+}
+
 void SendButton::mouseDoubleClickEvent(QMouseEvent* event) {
+    m_lastPress = event->timestamp();
     event->accept();
 }

@@ -2,14 +2,9 @@
 
 #include <QPushButton>
 
-class QKeyEvent;
-
-/// True for the keys that press a button: Enter, Return, Space, Select.
-[[nodiscard]] bool IsPressKey(const QKeyEvent& key);
-
-/// A push button for what must not happen twice by accident: a double click is one press, and a key that is
-/// held down presses once. Enter presses it when it has the focus, and only then. The default one is drawn
-/// in the colour of the highlight.
+/// A push button for what must not happen twice by accident: clicks as quick as those of a double click are
+/// one press, and a key that is held down presses once. Enter presses it when it has the focus, and only
+/// then. The default one is drawn in the colour of the highlight.
 class SendButton final : public QPushButton {
     Q_OBJECT
 public:
@@ -19,5 +14,9 @@ protected:
     void initStyleOption(QStyleOptionButton* option) const override;
     void keyPressEvent(QKeyEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+
+private:
+    quint64 m_lastPress = 0;  // ms of the window system's clock; 0: none
 };

@@ -18,10 +18,7 @@ constexpr int RowsShown = 8;
 }  // namespace
 
 frmConfirmRecipient::frmConfirmRecipient(ContactList& recipientContacts, const Clock& clock, QWidget* parent)
-    : QDialog(parent),
-      m_recipientContacts(recipientContacts),
-      m_lvRecipient(new ListView(this)),
-      m_heldKeys(*this) {
+    : QDialog(parent), m_recipientContacts(recipientContacts), m_lvRecipient(new ListView(this)) {
     setObjectName(QStringLiteral("frmConfirmRecipient"));
     auto* please = new QLabel(
         QStringLiteral("You must confirm which of the following recipients are to receive your message."),

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "compose/HeldKeyGuard.h"
-
 #include <QDialog>
 
 class Clock;
@@ -28,5 +26,4 @@ private:
     ListView* m_recipients = nullptr;
     ListView* m_lvRecipient;
     bool m_isCanceled = true;
-    HeldKeyGuard m_heldKeys;
 };

@@ -10,7 +10,7 @@
 #include <QTimeEdit>
 
 frmGetTime::frmGetTime(const Clock& clock, QWidget* parent)
-    : QDialog(parent), m_dtDate(new QDateEdit(this)), m_dtTime(new QTimeEdit(this)), m_heldKeys(*this) {
+    : QDialog(parent), m_dtDate(new QDateEdit(this)), m_dtTime(new QTimeEdit(this)) {
     setObjectName(QStringLiteral("frmGetTime"));
     m_dtDate->setObjectName(QStringLiteral("dtDate"));
     m_dtDate->setAccessibleName(QStringLiteral("Date to send on"));

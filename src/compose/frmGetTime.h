@@ -1,7 +1,5 @@
 #pragma once
 
-#include "compose/HeldKeyGuard.h"
-
 #include <QDateTime>
 #include <QDialog>
 
@@ -28,5 +26,4 @@ private:
     QDateEdit* m_dtDate;
     QTimeEdit* m_dtTime;
     bool m_isCanceled = true;
-    HeldKeyGuard m_heldKeys;
 };

@@ -4,7 +4,6 @@ larkspan_library(larkspan_compose_ui
     ComposeArea.cpp ComposeArea.h
     ComposeServices.h
     CounterLabel.cpp CounterLabel.h
-    HeldKeyGuard.cpp HeldKeyGuard.h
     InputGate.cpp InputGate.h
     MessageBar.cpp MessageBar.h
     MessageEdit.cpp MessageEdit.h

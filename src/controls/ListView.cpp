@@ -172,7 +172,10 @@ void ListView::contextMenuEvent(QContextMenuEvent* event) {
 
 void ListView::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-        Q_EMIT EnterPressed();
+        // A key that is still down after it has done its work elsewhere does not act here.
+        if (!event->isAutoRepeat()) {
+            Q_EMIT EnterPressed();
+        }
         return;
     }
     if (event->key() == Qt::Key_Delete) {

@@ -1,5 +1,7 @@
 #include "controls/ModalDoor.h"
 
+#include "controls/HeldKeyGuard.h"
+
 #include <QDialog>
 #include <QDrag>
 #include <QMenu>
@@ -17,7 +19,10 @@ void ScreenModalDoor::ShowModal(QDialog& dialog, QWidget* owner) {
             dialog.move(place);
         }
     }
-    dialog.exec();
+    {
+        const HeldKeyGuard heldKeys(dialog);
+        dialog.exec();
+    }
     if (guard != nullptr && dialog.parentWidget() != parentBefore) {
         // The dialog belongs to the caller: one that goes with its owner's window would be deleted twice.
         dialog.setParent(parentBefore, dialog.windowFlags());

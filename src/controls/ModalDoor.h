@@ -12,7 +12,8 @@ class QWidget;
 class ModalDoor {
 public:
     virtual ~ModalDoor() = default;
-    /// Shows the dialog over `owner` until it hides; safe if the dialog dies meanwhile.
+    /// Shows the dialog over `owner` until it hides; safe if the dialog dies meanwhile. The key that opened
+    /// it may still be held down, and must not answer it: see HeldKeyGuard.
     virtual void ShowModal(QDialog& dialog, QWidget* owner) = 0;
     /// Shows the menu at a global position; the chosen action, or null.
     virtual QAction* ShowMenu(QMenu& menu, const QPoint& position) = 0;

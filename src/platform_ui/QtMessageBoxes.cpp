@@ -7,6 +7,8 @@
 #include <QMessageBox>
 #include <QPointer>
 
+#include <algorithm>
+
 namespace {
 
 QMessageBox::Icon IconOf(BoxIcon icon) {
@@ -23,10 +25,20 @@ QMessageBox::Icon IconOf(BoxIcon icon) {
     return QMessageBox::NoIcon;
 }
 
-/// The box belongs over a dialog that is open, else over the window in use.
+/// The box belongs over a dialog that is open, else over the window in use, else (while another program is in
+/// use, say) over any window of ours, so that it cannot be lost behind it.
 QWidget* OwnerWindow() {
-    QWidget* modal = QApplication::activeModalWidget();
-    return modal != nullptr ? modal : QApplication::activeWindow();
+    if (QWidget* const modal = QApplication::activeModalWidget(); modal != nullptr) {
+        return modal;
+    }
+    if (QWidget* const active = QApplication::activeWindow(); active != nullptr) {
+        return active;
+    }
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    const auto shown = std::find_if(windows.cbegin(), windows.cend(), [](const QWidget* window) {
+        return window->isVisible() && window->windowType() == Qt::Window;
+    });
+    return shown != windows.cend() ? *shown : nullptr;
 }
 
 BoxAnswer AnswerOf(const QMessageBox* box, BoxButtons buttons) {

@@ -23,7 +23,8 @@ void Application::SetLastResort(Log* log, MessageBoxes* boxes) {
 
 bool Application::notify(QObject* receiver, QEvent* event) {
     try {
-        return QApplication::notify(receiver, event);
+        return m_keys.Deliver(receiver, event,
+                              [this](QObject* to, QEvent* what) { return QApplication::notify(to, what); });
     } catch (const std::exception& failure) {
         Report(&failure);
     } catch (...) {

@@ -184,16 +184,24 @@ TEST_F(RecipientListTest, ADoubleClickTakesTheRecipientOutOfBoth) {
     EXPECT_EQ(RecipientCaption(), QStringLiteral("Recipient List [1]"));
 }
 
-TEST_F(RecipientListTest, ADoubleClickOnEmptySpaceDoesNothing) {
+TEST_F(RecipientListTest, ADoubleClickOnEmptySpaceWithNoCurrentRowDoesNothing) {
     ShowWindow();
+    AddRecipient(1, QStringLiteral("Byrne"));
+    lvRecipients().setCurrentIndex(QModelIndex());
     const QPoint below(10, lvRecipients().viewport()->height() - 3);
     QTest::mouseDClick(lvRecipients().viewport(), Qt::LeftButton, {}, below);
-    EXPECT_EQ(lvRecipients().Rows().Count(), 0);
-    AddRecipient(1, QStringLiteral("Byrne"));
-    lvRecipients().SelectKey(QStringLiteral("C1"));
-    QTest::mouseClick(lvRecipients().viewport(), Qt::LeftButton, {}, below);
-    QTest::mouseDClick(lvRecipients().viewport(), Qt::LeftButton, {}, below);
     EXPECT_EQ(lvRecipients().Rows().Count(), 1);
+    EXPECT_EQ(RecipientContacts.Count(), 1);
+}
+
+TEST_F(RecipientListTest, ADoubleClickAnywhereInTheListRemovesTheCurrentRow) {
+    ShowWindow();
+    AddRecipient(1, QStringLiteral("Byrne"));
+    AddRecipient(2, QStringLiteral("Costa"));
+    lvRecipients().SelectKey(QStringLiteral("C1"));
+    const QPoint below(10, lvRecipients().viewport()->height() - 3);
+    QTest::mouseDClick(lvRecipients().viewport(), Qt::LeftButton, {}, below);
+    EXPECT_EQ(lvRecipients().Rows().KeyList(), QStringList{QStringLiteral("C2")});
     EXPECT_EQ(RecipientContacts.Count(), 1);
 }
 

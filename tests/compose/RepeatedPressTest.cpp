@@ -86,6 +86,7 @@ protected:
     /// ms apart.
     void RunRound(int way, int repeats, int holdMs) {
         m_isEnterDown = false;
+        QTest::lastMouseTimestamp += QApplication::doubleClickInterval();  // the last round is over
         m_pressTimes.clear();
         qint64 time = Office.Time.Ticks();
         m_releaseTime = time + holdMs;

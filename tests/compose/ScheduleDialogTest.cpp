@@ -1,11 +1,14 @@
 #include "compose/frmGetTime.h"
+#include "controls/ModalDoor.h"
 #include "support/FakeMachine.h"
 
 #include <QApplication>
 #include <QDateEdit>
+#include <QKeyEvent>
 #include <QPushButton>
 #include <QTest>
 #include <QTimeEdit>
+#include <QTimer>
 
 #include <gtest/gtest.h>
 
@@ -97,12 +100,16 @@ TEST_F(ScheduleDialogTest, CancelAndTheCloseButtonHideItCanceled) {
 
 TEST_F(ScheduleDialogTest, AnEnterKeyThatIsHeldDownDoesNotAccept) {
     Open(QDateTime(QDate(2026, 3, 7), QTime(14, 30)));
-    for (QWidget* widget : {static_cast<QWidget*>(dtDate), static_cast<QWidget*>(dtTime),
-                            static_cast<QWidget*>(Dialog.get())}) {
-        QKeyEvent repeat(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r"), true);
-        QApplication::sendEvent(widget, &repeat);
-    }
-    EXPECT_TRUE(Dialog->isVisible());
+    QTimer::singleShot(0, Dialog.get(), [this] {
+        for (QWidget* widget : {static_cast<QWidget*>(dtDate), static_cast<QWidget*>(dtTime),
+                                static_cast<QWidget*>(Dialog.get())}) {
+            QKeyEvent repeat(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r"), true);
+            QApplication::sendEvent(widget, &repeat);
+        }
+        EXPECT_TRUE(Dialog->isVisible());
+        Dialog->close();
+    });
+    ScreenModalDoor().ShowModal(*Dialog, nullptr);
     EXPECT_TRUE(Dialog->IsCanceled());
 }
 

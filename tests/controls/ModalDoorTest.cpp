@@ -1,10 +1,17 @@
 #include "controls/ModalDoor.h"
 
+#include "controls/HeldKeyGuard.h"
+
 #include <QAction>
 #include <QApplication>
+#include <QCheckBox>
 #include <QDialog>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QMenu>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTest>
 #include <QTimer>
 
 #include <gtest/gtest.h>
@@ -58,6 +65,43 @@ TEST(ModalDoor, ADialogThatDiesMeanwhileDoesNoHarm) {
     QTimer::singleShot(0, dialog, [dialog] { delete dialog; });
     ScreenModalDoor().ShowModal(*dialog, &owner);
     EXPECT_TRUE(owner.children().isEmpty());
+}
+
+TEST(ModalDoor, AKeyThatIsStillHeldDownDoesNotAnswer) {
+    QMessageBox box;
+    QPushButton* const ok = box.addButton(QMessageBox::Ok);
+    bool wasAnswered = true;
+    QTimer::singleShot(0, &box, [&] {
+        for (QWidget* widget : {static_cast<QWidget*>(ok), static_cast<QWidget*>(&box)}) {
+            for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space}) {
+                QKeyEvent repeat(QEvent::KeyPress, key, Qt::NoModifier, QString(), true);
+                QApplication::sendEvent(widget, &repeat);
+            }
+        }
+        wasAnswered = !box.isVisible();
+        QTest::keyClick(ok, Qt::Key_Return);
+    });
+    ScreenModalDoor().ShowModal(box, nullptr);
+    EXPECT_FALSE(wasAnswered);
+    EXPECT_EQ(box.clickedButton(), ok) << "a key that is pressed anew answers";
+}
+
+TEST(HeldKeyGuard, DropsRepeatsInItsWindowOnly) {
+    QDialog guarded;
+    auto* inside = new QCheckBox(&guarded);
+    QCheckBox outside;
+    const HeldKeyGuard guard(guarded);
+    for (QCheckBox* box : {inside, &outside}) {
+        QKeyEvent press(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier, QString(), true);
+        press.setAccepted(false);
+        QApplication::sendEvent(box, &press);
+    }
+    QTest::keyClick(inside, Qt::Key_Space);
+    EXPECT_TRUE(inside->isChecked()) << "a key that is pressed now works";
+    QLineEdit line(&guarded);
+    QKeyEvent letter(QEvent::KeyPress, Qt::Key_A, Qt::NoModifier, QStringLiteral("a"), true);
+    QApplication::sendEvent(&line, &letter);
+    EXPECT_EQ(line.text(), QStringLiteral("a")) << "letters repeat";
 }
 
 TEST(ModalDoor, AMenuAnswersWithTheActionChosenOrNone) {

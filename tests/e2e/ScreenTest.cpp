@@ -131,6 +131,96 @@ TEST(OnTheScreen, AMessageIsSentWithTheKeyboardAlone) {
     EXPECT_EQ(program.Context.MessageTracker.SlotAt(0).text, Q("Lunch at noon"));
 }
 
+namespace {
+
+/// One recipient and a text, the send button in focus; whoever sends next writes one row.
+void ComposeForOne(RealProgram& program) {
+    ListView& contacts = List("lvContacts");
+    Driver::ClickTab(Q("tabGroup"), Q("*"));
+    program.Window().ContactListFocus(true);
+    while (program.Context.AddressContacts.ContactByKey(contacts.CurrentKey())->IsConfirmSend) {
+        RealInput::Do({Q("key"), Q("Down")});
+    }
+    RealInput::Do({Q("key"), Q("Return")});
+    Driver::WaitFor(Q("a recipient"), [] { return List("lvRecipients").Rows().Count() == 1; });
+    RealInput::Do({Q("key"), Q("alt+m")});
+    RealInput::Do({Q("type"), Q("Lunch at noon")});
+    auto& send = Driver::Find<QAbstractButton>(Q("cmdSendNow"));
+    Driver::WaitFor(Q("the send button"), [&] { return send.isEnabled(); });
+    send.setFocus();
+}
+
+/// From now on the numbers of messages are too large for the client: rows are written, and the composition
+/// stays on screen as after a failure, ready to be sent again.
+void LeaveSixteenBits(RealProgram& program) {
+    DB& outbox = *program.Context.OutboxDB;
+    ASSERT_TRUE(outbox.OpenDatabase(engine::Mode::ReadWriteShared));
+    ASSERT_TRUE(outbox.Execute(Q("INSERT INTO Message (msgID, msgStatus) VALUES (32767, 5)")));
+    outbox.CloseDatabase();
+}
+
+int MessagesOf(RealProgram& program) {
+    DB& outbox = *program.Context.OutboxDB;
+    EXPECT_TRUE(outbox.OpenDatabase(engine::Mode::ReadShared));
+    const int count = Rows(outbox
+                               .OpenDynaset(Q("SELECT msgID FROM Message WHERE msgText LIKE 'Lunch%'"),
+                                            engine::CursorType::ForwardOnly, engine::LockType::ReadOnly)
+                               .get());
+    outbox.CloseDatabase();
+    return count;
+}
+
+/// Holds keys down long enough for some dozens of repeats.
+void Hold(const char* keys) {
+    RealInput::Do({Q("keydown"), Q(keys), Q("sleep"), Q("1.6"), Q("keyup"), Q(keys)});
+}
+
+}  // namespace
+
+TEST(OnTheScreen, AKeyThatIsHeldDownOnTheSendButtonSendsOnce) {
+    RealOffice office;
+    RealProgram program(office);
+    ComposeForOne(program);
+    LeaveSixteenBits(program);
+    int messages = 0;
+    // Again and again: how the toolkit sees repeats changes while a process runs.
+    for (const char* keys : {"Return", "space", "alt+s", "Return", "KP_Enter", "alt+s", "ctrl+Return"}) {
+        Driver::Find<QAbstractButton>(Q("cmdSendNow")).setFocus();
+        Hold(keys);
+        EXPECT_EQ(MessagesOf(program), ++messages) << keys;
+    }
+    EXPECT_EQ(List("lvRecipients").Rows().Count(), 1);
+}
+
+TEST(OnTheScreen, AKeyThatIsHeldDownDoesNotActOnWhatComesAfterTheSend) {
+    RealOffice office;
+    RealProgram program(office);
+    ComposeForOne(program);
+    Hold("Return");
+    EXPECT_EQ(MessagesOf(program), 1);
+    EXPECT_TRUE(List("lvContacts").hasFocus());
+    EXPECT_EQ(List("lvRecipients").Rows().Count(), 0) << "the next message has recipients already";
+}
+
+TEST(OnTheScreen, AKeyThatIsHeldDownDoesNotAnswerTheScheduleDialog) {
+    RealOffice office;
+    RealProgram program(office);
+    ComposeForOne(program);
+    Driver::Find<QAbstractButton>(Q("cmdSendLater")).setFocus();
+    bool isOpen = false;
+    QTimer::singleShot(2500, &program.Window(), [&isOpen] {
+        QWidget* const dialog = QApplication::activeModalWidget();
+        isOpen = dialog != nullptr && dialog->objectName() == Q("frmGetTime");
+        if (dialog != nullptr) {
+            dialog->close();
+        }
+    });
+    Hold("Return");
+    Driver::WaitFor(Q("the dialog gone"), [] { return QApplication::activeModalWidget() == nullptr; });
+    EXPECT_TRUE(isOpen) << "the held key accepted it";
+    EXPECT_EQ(MessagesOf(program), 0);
+}
+
 TEST(OnTheScreen, ASecondStartBringsTheFirstWindowForward) {
     RealOffice office;
     Started first(office);

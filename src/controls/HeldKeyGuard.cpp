@@ -1,10 +1,20 @@
-#include "compose/HeldKeyGuard.h"
-
-#include "compose/SendButton.h"
+#include "controls/HeldKeyGuard.h"
 
 #include <QCoreApplication>
 #include <QKeyEvent>
 #include <QWidget>
+
+bool IsPressKey(const QKeyEvent& key) {
+    switch (key.key()) {
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+        case Qt::Key_Space:
+        case Qt::Key_Select:
+            return true;
+        default:
+            return false;
+    }
+}
 
 HeldKeyGuard::HeldKeyGuard(QWidget& window) : m_window(window) {
     QCoreApplication::instance()->installEventFilter(this);
