@@ -52,7 +52,7 @@ public:
     bool WaitForEnd() {
         return m_process.state() == QProcess::NotRunning || m_process.waitForFinished(Deadline);
     }
-    [[nodiscard]] bool IsRunning() const { return m_process.state() == QProcess::Running; }
+    [[nodiscard]] bool IsRunning() const { return m_process.state() != QProcess::NotRunning; }
     [[nodiscard]] int ExitCode() const { return m_process.exitCode(); }
     QProcess& Process() { return m_process; }
     void Kill() {
