@@ -63,8 +63,11 @@ QString FreshOutbox(const QTemporaryDir& folder, const QString& name) {
 }
 
 void BenchSend(const QTemporaryDir& folder) {
+    QDir(folder.path()).mkpath(QStringLiteral("home"));
     const auto send = [&] {
-        HammerOffice office(FreshOutbox(folder, QStringLiteral("send.mdb")), folder.path());
+        // The local files lie in a folder of their own, as they do beside a shared data folder.
+        HammerOffice office(FreshOutbox(folder, QStringLiteral("send.mdb")),
+                            folder.filePath(QStringLiteral("home")));
         ContactList recipients;
         BenchComposition composition;
         Fill(recipients, composition);
