@@ -23,6 +23,15 @@ TEST_F(frmTabNameTest, ItIsCanceledFromTheStartAndHasNoButtons) {
     EXPECT_EQ(m_dialog.windowTitle(), QStringLiteral("Larkspan Messenger - Group Name"));
 }
 
+TEST_F(frmTabNameTest, ItsTitleIsNotCut) {
+    QApplication::processEvents();
+    const int title =
+        m_dialog.fontMetrics().averageCharWidth() * static_cast<int>(m_dialog.windowTitle().size());
+    EXPECT_GT(m_dialog.width(), title + 100) << "beside it stand the icon and the buttons";
+    m_dialog.resize(10, 10);
+    EXPECT_GT(m_dialog.width(), title + 100);
+}
+
 TEST_F(frmTabNameTest, EnterTakesTheNameAndHides) {
     QTest::keyClicks(&txtName(), QStringLiteral("  Night shift "));
     QTest::keyClick(&txtName(), Qt::Key_Return);
