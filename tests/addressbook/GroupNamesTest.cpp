@@ -211,6 +211,7 @@ TEST_F(GroupTabs, ClicksThatAreWaitingWhenAGroupIsMadeOfTheSelectionAreDropped) 
     PostClick(Control<QAbstractButton>(u"cmdSortBy"), QPoint(5, 5));
     ExpectName(QStringLiteral("Crew"));
     Area->CreateGroupFromSelection(lvContacts(), false);
+    QCoreApplication::sendPostedEvents();
     EXPECT_EQ(SortBy, 0);
 }
 

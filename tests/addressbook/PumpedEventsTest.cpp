@@ -126,18 +126,6 @@ TEST_F(PumpedEvents, ATabClickedWhileAGroupIsDeletedStays) {
         Engine.Statements.filter(QStringLiteral("DELETE FROM ContactGroup WHERE grpID = 2")).isEmpty());
 }
 
-TEST_F(PumpedEvents, ARightClickBesideTheTabsWhileAGroupIsDeletedChangesNothing) {
-    Office.Boxes.Expect(BoxAnswer::Yes);
-    Door.ExpectMenu(QStringLiteral("Delete Group 'Drivers'"));
-    OnNextEvents([this] {
-        WhileLocked(FakeEngine::Operation::Execute, [this] {
-            QTest::mouseClick(&tabGroup(), Qt::RightButton, Qt::NoModifier, tabGroup().rect().topRight());
-        });
-    });
-    ClickTab(Drivers, Qt::RightButton);
-    EXPECT_EQ(TabCaptions(), QStringList({Star, Kitchen, Favourite, QStringLiteral("Private")}));
-}
-
 TEST_F(PumpedEvents, WhileDroppedContactsAreWrittenTheWindowShowsTheHourglass) {
     Qt::CursorShape pointer = Qt::ArrowCursor;
     WhileLocked(FakeEngine::Operation::Execute, [&] { pointer = Area->cursor().shape(); });
