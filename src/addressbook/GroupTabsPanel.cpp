@@ -315,8 +315,12 @@ void GroupTabsPanel::DeleteClickedGroup() {
     const TabCopy tab = *m_clickedTab;
     const QString question = QStringLiteral("DELETE the ") + tab.Caption + QStringLiteral(" Group?");
     const BoxRequest request{Product::AppTitle, question, BoxIcon::Question, BoxButtons::YesNo};
-    if (m_side.Boxes.Show(request) != BoxAnswer::Yes ||
-        !mdlPhonebook::DeleteGroup(m_side.Phonebook.State, Keys::Number(tab.Tag))) {
+    if (m_side.Boxes.Show(request) != BoxAnswer::Yes) {
+        return;
+    }
+    bool isDeleted = false;
+    Trap([&] { isDeleted = mdlPhonebook::DeleteGroup(m_side.Phonebook.State, Keys::Number(tab.Tag)); });
+    if (!isDeleted) {
         return;
     }
     const int position = mdlTabControl::TabWithTag(*m_tabGroup, tab.Tag);

@@ -147,6 +147,15 @@ TEST_F(GroupTabs, WithoutAClickedTabAndOnEveryoneAndFavouritesNothingIsRenamedOr
     EXPECT_EQ(tabGroup().Count(), 5);
 }
 
+TEST_F(GroupTabs, ATabWhoseNumberIsNoneOfAGroupIsNotDeleted) {
+    tabGroup().SetTag(TabNamed(Drivers), QStringLiteral("G99999"));
+    ChooseOn(Drivers, QString());
+    Office.Boxes.Expect(BoxAnswer::Yes);
+    EXPECT_NO_THROW(Area->findChild<GroupTabsPanel*>()->DeleteClickedGroup());
+    EXPECT_TRUE(TabCaptions().contains(Drivers));
+    EXPECT_EQ(StoredNames(), QStringList({Drivers, Kitchen}));
+}
+
 TEST_F(GroupTabs, AGroupMadeOfTheSelectionHasTheSelectedContactsButNoPrivateOnes) {
     ContactList mixed;
     for (const QString& key : {KeyOf(m_ahern), QStringLiteral("P3"), KeyOf(m_byrne), KeyOf(m_costa)}) {
