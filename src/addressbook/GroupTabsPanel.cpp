@@ -6,9 +6,11 @@
 #include "addressbook/frmTabName.h"
 #include "addressbook/mdlTabControl.h"
 #include "controls/Cmenu.h"
+#include "controls/ListView.h"
 #include "controls/ModalDoor.h"
 #include "controls/TabControl.h"
 #include "controls/WaitCursor.h"
+#include "controls/mdlWinAPI.h"
 #include "core/Log.h"
 #include "core/Product.h"
 #include "core/Trap.h"
@@ -27,6 +29,7 @@ namespace {
 constexpr qint16 AlphaKeyVersion = 2;
 /// How far a name dialog stands to the left of and above the mouse, in pixels.
 constexpr int DialogOffset = 20;
+constexpr int PassesAfterDialog = 3;
 
 QPoint PlaceAboveMouse() {
     const QPoint mouse = QCursor::pos() - QPoint(DialogOffset, DialogOffset);
@@ -74,8 +77,9 @@ void GroupTabsPanel::ConnectTabs() {
     connect(m_tabGroup, &TabControl::OtherButton, this, &GroupTabsPanel::OtherButton);
     connect(m_tabGroup, &TabControl::TextDropped, this, &GroupTabsPanel::DropOnTab);
     connect(m_tabGroup, &TabControl::AllTabsRequested, this, &GroupTabsPanel::ListAllTabs);
-    m_tabGroup->SetDropIn(
-        [this](int position) { return mdlTabControl::NumberOf(*m_tabGroup, position) > 0; });
+    m_tabGroup->SetDropIn(QStringLiteral("lvContacts"), [this](int position) {
+        return mdlTabControl::NumberOf(*m_tabGroup, position) >= 0;
+    });
 }
 
 qint16 GroupTabsPanel::SelectedNumber() const {
@@ -165,8 +169,8 @@ void GroupTabsPanel::LeftPressed(const QPoint& point) {
 }
 
 void GroupTabsPanel::OtherButton(const QPoint& point) {
-    m_clickedPoint = point;
     m_clickedTab.reset();
+    mdlWinAPI::FlushMouseMessages(*m_tabGroup, m_side.Pump);
     const int position = m_tabGroup->TabUnder(point);
     if (position >= 0) {
         m_clickedTab = TabCopy{m_tabGroup->Caption(position), m_tabGroup->Tag(position)};
@@ -234,8 +238,14 @@ void GroupTabsPanel::DropClickedGroup() {
 bool GroupTabsPanel::AskForName(frmTabName& dialog, const QPoint& place) {
     dialog.move(place);
     m_side.Door.ShowModal(dialog, window());
-    m_side.Pump.Process(3);
     return !dialog.IsCanceled();
+}
+
+qint16 GroupTabsPanel::AskForNewGroup(const QPoint& place) {
+    frmTabName dialog(m_side.Speaker, m_side.Time);
+    const bool isNamed = AskForName(dialog, place);
+    m_side.Pump.Process(PassesAfterDialog);
+    return isNamed ? MakeGroup(dialog.EditValue()) : qint16(0);
 }
 
 qint16 GroupTabsPanel::MakeGroup(const QString& name) {
@@ -249,32 +259,33 @@ qint16 GroupTabsPanel::MakeGroup(const QString& name) {
     return id;
 }
 
-void GroupTabsPanel::AddNewGroup(int x, int y) {
-    // The point of the click is only where the request came from: the dialog stands where the mouse is now.
-    const bool isFromMenu = x == StoredPosition && y == StoredPosition;
-    m_clickedPoint = isFromMenu ? m_clickedPoint : QPoint(x, y);
-    frmTabName dialog(m_side.Speaker, m_side.Time);
-    if (AskForName(dialog, QCursor::pos())) {
-        static_cast<void>(MakeGroup(dialog.EditValue()));
-    }
+void GroupTabsPanel::AddNewGroup(int /*x*/, int /*y*/) {
+    static_cast<void>(AskForNewGroup(QCursor::pos()));
+}
+
+void GroupTabsPanel::CreateGroupFromSelection(const ListView& list, bool onlySelected) {
+    CreateGroup([&] { return onlySelected ? list.SelectedKeys() : list.Rows().KeyList(); });
 }
 
 void GroupTabsPanel::CreateGroupFromKeys(const QStringList& keys) {
-    frmTabName dialog(m_side.Speaker, m_side.Time);
-    if (!AskForName(dialog, PlaceAboveMouse())) {
-        return;
-    }
-    const qint16 id = MakeGroup(dialog.EditValue());
+    CreateGroup([&] { return keys; });
+}
+
+void GroupTabsPanel::CreateGroup(const std::function<QStringList()>& members) {
+    const QPoint place = PlaceAboveMouse();
+    mdlWinAPI::FlushMouseMessages(*window(), m_side.Pump);
+    const qint16 id = AskForNewGroup(place);
     if (id == 0) {
         return;
     }
-    QString members;
+    QString text;
+    const QStringList keys = members();
     for (const QString& key : keys) {
         if (!Keys::IsPrivate(key)) {
-            members += key + QStringLiteral("\t\r\n");
+            text += key + QStringLiteral("\t\r\n");
         }
     }
-    Trap([&] { mdlPhonebook::AddToGroup(m_side.Phonebook.State, id, members); });
+    Trap([&] { mdlPhonebook::AddToGroup(m_side.Phonebook.State, id, text); });
 }
 
 void GroupTabsPanel::RenameClickedGroup() {
@@ -300,14 +311,19 @@ void GroupTabsPanel::DeleteClickedGroup() {
     if (IsClickedTabFixed()) {
         return;
     }
-    const QString question =
-        QStringLiteral("DELETE the ") + m_clickedTab->Caption + QStringLiteral(" Group?");
+    // A statement that has to wait lets events run, and another tab may be clicked meanwhile.
+    const TabCopy tab = *m_clickedTab;
+    const QString question = QStringLiteral("DELETE the ") + tab.Caption + QStringLiteral(" Group?");
     const BoxRequest request{Product::AppTitle, question, BoxIcon::Question, BoxButtons::YesNo};
-    if (m_side.Boxes.Show(request) != BoxAnswer::Yes ||
-        !mdlPhonebook::DeleteGroup(m_side.Phonebook.State, ClickedNumber())) {
+    if (m_side.Boxes.Show(request) != BoxAnswer::Yes) {
         return;
     }
-    const int position = mdlTabControl::TabWithTag(*m_tabGroup, m_clickedTab->Tag);
+    bool isDeleted = false;
+    Trap([&] { isDeleted = mdlPhonebook::DeleteGroup(m_side.Phonebook.State, Keys::Number(tab.Tag)); });
+    if (!isDeleted) {
+        return;
+    }
+    const int position = mdlTabControl::TabWithTag(*m_tabGroup, tab.Tag);
     if (position >= 0) {
         const QSignalBlocker oneListOnly(*m_tabGroup);
         m_tabGroup->RemoveAt(position);
@@ -322,7 +338,7 @@ void GroupTabsPanel::DropOnTab(const QString& keys, int position) {
         return;
     }
     {
-        const WaitCursor wait;
+        const WaitCursor wait(*window());
         window()->repaint();
         Trap([&] { mdlPhonebook::AddToGroup(m_side.Phonebook.State, number, keys); });
     }

@@ -3,13 +3,15 @@
 #include "addressbook/PhonebookSide.h"
 #include "controls/CDoubleClickTracker.h"
 
-#include <QPoint>
 #include <QStringList>
 #include <QWidget>
 
+#include <functional>
 #include <optional>
 
 class frmTabName;
+class ListView;
+class QPoint;
 class TabControl;
 
 /// The two rows of tabs, and what can be done to a group: tabGroup above chooses what the list holds, the
@@ -17,7 +19,7 @@ class TabControl;
 class GroupTabsPanel : public QWidget {
     Q_OBJECT
 public:
-    /// AddNewGroup takes the position of the last click when both arguments are this.
+    /// What the menu of a tab hands to AddNewGroup for both coordinates: the place of the click counts.
     static constexpr int StoredPosition = -1000;
 
     /// `content` is shown beside the letters, below the group tabs.
@@ -42,14 +44,20 @@ public:
     void SaveTabOrder();
 
     void ShowTabMenu(const QPoint& position);
-    /// Asks for a name at the mouse and makes a group; its tab comes in front of the last one.
+    /// Asks for a name and makes a group; its tab comes in front of the last one. The arguments tell where
+    /// the request came from and move nothing: the dialog stands where the mouse is by now.
     void AddNewGroup(int x, int y);
+    /// Both do nothing without a clicked tab and for everyone and favourites. A rename forgets the clicked
+    /// tab, also when it is given up.
     void RenameClickedGroup();
     void DeleteClickedGroup();
     /// Adds the group of the tab that was clicked last with another button than the left one, else the
     /// selected one, to the recipients.
     void DropClickedGroup();
-    /// Asks for a name and makes a group of these contacts; private ones are left out.
+    /// Asks for a name and makes a group of the rows of `list`, or of the selected ones alone; private
+    /// contacts are left out.
+    void CreateGroupFromSelection(const ListView& list, bool onlySelected);
+    /// The same for contacts that are known already.
     void CreateGroupFromKeys(const QStringList& keys);
 
 Q_SIGNALS:
@@ -57,7 +65,7 @@ Q_SIGNALS:
     void ShowGroupNeeded();
 
 private:
-    /// The tab under the last event of another button than the left one, as it was then.
+    /// Caption and tag of a tab as they were when it was clicked.
     struct TabCopy {
         QString Caption;
         QString Tag;
@@ -73,7 +81,12 @@ private:
     void DropOnTab(const QString& keys, int position);
     void ListAllTabs(const QPoint& position);
     void RunTabMenuEntry(int entry);
+    /// False if the user gave up.
     [[nodiscard]] bool AskForName(frmTabName& dialog, const QPoint& place);
+    /// Asks for a name and makes the group with its tab. The new group's number, 0 if there is none.
+    [[nodiscard]] qint16 AskForNewGroup(const QPoint& place);
+    /// `members` is asked for the keys when the group is made.
+    void CreateGroup(const std::function<QStringList()>& members);
     /// The new group's number, 0 if the store refused.
     [[nodiscard]] qint16 MakeGroup(const QString& name);
     [[nodiscard]] qint16 ClickedNumber() const;
@@ -83,6 +96,6 @@ private:
     TabControl* m_tabGroup;
     TabControl* m_tabAlpha;
     CDoubleClickTracker m_doubleClicks;
+    /// The tab under the last event of another button than the left one; none if there was no tab.
     std::optional<TabCopy> m_clickedTab;
-    QPoint m_clickedPoint;
 };

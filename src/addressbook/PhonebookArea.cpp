@@ -20,8 +20,6 @@
 #include "store/Phonebook.h"
 
 #include <QBoxLayout>
-#include <QCoreApplication>
-#include <QKeyEvent>
 
 namespace {
 
@@ -104,12 +102,11 @@ void PhonebookArea::SaveTabOrder() {
 
 void PhonebookArea::ShowGroup() {
     const RedrawOff still(Contacts());
-    const WaitCursor wait;
+    const WaitCursor wait(*window());
     const auto log = [this](const std::exception& failure) {
         m_side.AppLog.WriteFailure(QStringLiteral("ShowGroup Error: "), failure);
     };
     m_tabs->ShowWhatCounts();
-    ShowContactInfo(QString());
     TrapTo(
         [this] {
             if (m_tabs->SelectedCaption() == QStringLiteral("*")) {
@@ -121,16 +118,20 @@ void PhonebookArea::ShowGroup() {
         log);
 }
 
-void PhonebookArea::ShowAlphaGroup(const QString& letter) {
+int PhonebookArea::BeginFilling() {
     m_side.AddressContacts.Clear();
     Contacts().Rows().Clear();
-    ShowRows(mdlPhonebook::GetContacts(m_side.Phonebook.State, letter, m_side.SortBy),
+    return ++m_filling;
+}
+
+void PhonebookArea::ShowAlphaGroup(const QString& letter) {
+    const int filling = BeginFilling();
+    ShowRows(mdlPhonebook::GetContacts(m_side.Phonebook.State, letter, m_side.SortBy), filling,
              QStringLiteral("GetContacts Error:"));
 }
 
 void PhonebookArea::ShowGroupMembers(qint32 groupID) {
-    m_side.AddressContacts.Clear();
-    Contacts().Rows().Clear();
+    const int filling = BeginFilling();
     if (groupID == Keys::EveryoneTab || groupID == Keys::FavouritesTab || groupID == Keys::PrivateTab) {
         return;
     }
@@ -138,16 +139,21 @@ void PhonebookArea::ShowGroupMembers(qint32 groupID) {
         m_side.AppLog.WriteFailure(QStringLiteral("ShowGroupMembers Error: "), failure);
     };
     TrapTo(
-        [this, groupID] {
-            ShowRows(mdlPhonebook::GetGroupMembers(m_side.Phonebook.State, groupID),
+        [this, groupID, filling] {
+            ShowRows(mdlPhonebook::GetGroupMembers(m_side.Phonebook.State, groupID), filling,
                      QStringLiteral("GetGroupMembers(%1) Error: ").arg(groupID));
         },
         log);
 }
 
-void PhonebookArea::ShowRows(std::unique_ptr<engine::Recordset> rows, const QString& failurePrefix) {
+void PhonebookArea::ShowRows(std::unique_ptr<engine::Recordset> rows, int filling,
+                             const QString& failurePrefix) {
     if (rows == nullptr) {
         m_side.AppLog.Write(failurePrefix + LastErrorOf(m_side.Phonebook.State));
+        return;
+    }
+    // A read that has to wait lets events run, and they may choose another group.
+    if (filling != m_filling) {
         return;
     }
     static_cast<void>(m_side.AddressContacts.Load(rows.get()));
@@ -160,8 +166,8 @@ void PhonebookArea::FillContactList(const ContactList& contacts) {
 
 void PhonebookArea::UpdateContactItems(const Contact& contact) {
     const ListRow row = ContactItems::EditedRowOf(contact, m_side.SortBy);
-    Contacts().Rows().Update(contact.Key, row);
-    Trap([&] { m_side.Host.UpdateRecipient(contact, row.ToolTip); });
+    const bool isListed = Contacts().Rows().Update(contact.Key, row);
+    Trap([&] { m_side.Host.UpdateRecipient(contact, isListed ? row.ToolTip : QString()); });
 }
 
 void PhonebookArea::SelectContact(qint32 id) {
@@ -187,8 +193,7 @@ void PhonebookArea::ShowContactInfo(const QString& key) {
 void PhonebookArea::ContactListFocus(bool home) {
     Contacts().setFocus();
     if (home) {
-        QKeyEvent press(QEvent::KeyPress, Qt::Key_Home, Qt::NoModifier);
-        QCoreApplication::sendEvent(&Contacts(), &press);
+        Contacts().GoHome();
     }
 }
 
@@ -230,7 +235,7 @@ void PhonebookArea::RunMenuEntry(int entry) {
         return;
     }
     if (entry == ContactMenu::NewGroup) {
-        CreateGroupFromKeys(Contacts().SelectedKeys());
+        CreateGroupFromSelection(Contacts(), true);
         return;
     }
     if (entry == ContactMenu::AddToFavourites || entry == ContactMenu::Print) {
@@ -246,6 +251,10 @@ void PhonebookArea::RunMenuEntry(int entry) {
     Trap([&] { mdlPhonebook::AddToGroup(m_side.Phonebook.State, group, keys); });
 }
 
+void PhonebookArea::CreateGroupFromSelection(const ListView& list, bool onlySelected) {
+    m_tabs->CreateGroupFromSelection(list, onlySelected);
+}
+
 void PhonebookArea::CreateGroupFromKeys(const QStringList& keys) {
     m_tabs->CreateGroupFromKeys(keys);
 }
@@ -258,7 +267,7 @@ void PhonebookArea::DeleteSelectedContacts() {
         return;
     }
     {
-        const WaitCursor wait;
+        const WaitCursor wait(*window());
         if (!isOwnList) {
             ConfirmDeleteContacts();
         }

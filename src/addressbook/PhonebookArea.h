@@ -45,7 +45,8 @@ public:
     /// `groupID` is the number of a group tab.
     void ShowGroupMembers(qint32 groupID);
     void FillContactList(const ContactList& contacts);
-    /// Brings both lists in line with an edited contact.
+    /// Brings both lists in line with an edited contact. The recipient's row follows the row of this list,
+    /// so one that is not listed here keeps its row; the recipient's own data are updated either way.
     void UpdateContactItems(const Contact& contact);
 
     /// Shows, selects and focuses the contact; one that is not in the list only moves the focus there.
@@ -63,7 +64,10 @@ public:
     void ConfirmDeleteContacts();
     void DeleteContactsFromGroup();
     void DeleteContactsFromAddressBook();
-    /// Asks for a name and makes a group of these contacts; private ones are left out.
+    /// Asks for a name and makes a group of the rows of `list`, or of the selected ones alone; private
+    /// contacts are left out.
+    void CreateGroupFromSelection(const ListView& list, bool onlySelected);
+    /// The same for contacts that are known already.
     void CreateGroupFromKeys(const QStringList& keys);
 
 private:
@@ -72,11 +76,16 @@ private:
     void ToggleSortBy();
     void ShowContactMenu(const QPoint& position);
     void RunMenuEntry(int entry);
-    void ShowRows(std::unique_ptr<engine::Recordset> rows, const QString& failurePrefix);
+    /// Empties the list and what mirrors it. The number of the filling that begins with it.
+    [[nodiscard]] int BeginFilling();
+    /// Shows the rows that were read for the filling `filling`, unless another one has begun since: then the
+    /// list belongs to that one.
+    void ShowRows(std::unique_ptr<engine::Recordset> rows, int filling, const QString& failurePrefix);
     [[nodiscard]] ListView& Contacts();
 
     PhonebookSide m_side;
     ContactListPanel* m_list;
     GroupTabsPanel* m_tabs;
     ContactDetailPanel* m_details;
+    int m_filling = 0;
 };

@@ -16,6 +16,8 @@ public:
     /// ScrollToItem on lvRecipients; `index` counted from 1.
     virtual void ScrollRecipientsTo(int index) = 0;
     /// Brings the recipient's row and copy in line with an edited contact; an unknown key does nothing.
+    /// `toolTip` is the one of the contact's row in the contact list; it is empty when the contact is not
+    /// listed there, and then the recipient's row stays as it is.
     virtual void UpdateRecipient(const Contact& contact, const QString& toolTip) = 0;
     virtual void RefreshRecipientList() = 0;
     virtual void UpdateStateDisplay() = 0;

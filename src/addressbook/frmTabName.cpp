@@ -12,6 +12,7 @@ frmTabName::frmTabName(Sound& speaker, const Clock& clock)
     : m_ui(std::make_unique<Ui::frmTabName>()), m_speaker(speaker) {
     m_ui->setupUi(this);
     FormTools::ExpandPlaceholders(*this, clock.Now().date().year());
+    FormTools::KeepTitleWhole(*this);
     m_ui->txtName->installEventFilter(this);
 }
 

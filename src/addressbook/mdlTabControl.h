@@ -26,7 +26,8 @@ void SaveTabOrder(const TabControl& tabs, Settings& settings);
 /// Empty if no order was saved.
 [[nodiscard]] QList<qint16> LoadTabOrder(const Settings& settings);
 /// Moves the tab of each saved number to that number's place in the saved list. Tabs that the list does not
-/// know end up behind those that it knows.
+/// know are never moved themselves: the others are pulled forward past them, so that they end up behind
+/// those, save where the list has a hole (the number of a group that is gone), which one of them can fill.
 void RestoreTabOrder(TabControl& tabs, const Settings& settings);
 
 /// The tabs that are no groups: everyone, favourites, private.

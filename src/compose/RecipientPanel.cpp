@@ -214,9 +214,11 @@ bool RecipientPanel::HasConfirmRecipients() const {
 }
 
 void RecipientPanel::UpdateRecipient(const Contact& contact, const QString& toolTip) {
-    ListRow row = ContactItems::RowOf(contact, m_sortBy);
-    row.ToolTip = toolTip;
-    m_lvRecipients->Rows().Update(contact.Key, row);
+    if (!toolTip.isEmpty()) {
+        ListRow row = ContactItems::RowOf(contact, m_sortBy);
+        row.ToolTip = toolTip;
+        m_lvRecipients->Rows().Update(contact.Key, row);
+    }
     Contact* copy = m_recipientContacts.ContactByKey(contact.Key);
     if (copy != nullptr) {
         copy->Surname = contact.Surname;

@@ -50,7 +50,8 @@ public:
     void Clear();
     /// True as soon as one row's contact has IsConfirmSend.
     [[nodiscard]] bool HasConfirmRecipients() const;
-    /// Brings row and contact in line with an edited contact; the user fields stay as they were.
+    /// Brings row and contact in line with an edited contact; the user fields stay as they were. Without a
+    /// tool tip the contact has no row in the contact list, whose row this one follows: it stays as it is.
     void UpdateRecipient(const Contact& contact, const QString& toolTip);
 
 Q_SIGNALS:

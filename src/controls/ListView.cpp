@@ -125,6 +125,14 @@ void ListView::SelectKey(const QString& key) {
     }
 }
 
+void ListView::GoHome() {
+    if (m_rows->Count() > 0) {
+        // Qt leaves the first row alone when the cursor is there already, selected or not.
+        SelectKey(m_rows->At(0).Key);
+        Q_EMIT ItemClicked(CurrentKey());
+    }
+}
+
 void ListView::EnsureVisible(int row) {
     if (row >= 0 && row < m_rows->Count()) {
         scrollTo(m_rows->index(row), QAbstractItemView::EnsureVisible);
@@ -186,10 +194,8 @@ void ListView::keyPressEvent(QKeyEvent* event) {
         SelectAllRows();
         return;
     }
-    if (event->key() == Qt::Key_Home && event->modifiers() == Qt::NoModifier && m_rows->Count() > 0) {
-        // Qt leaves the first row alone when the cursor is there already, selected or not.
-        SelectKey(m_rows->At(0).Key);
-        Q_EMIT ItemClicked(CurrentKey());
+    if (event->key() == Qt::Key_Home && event->modifiers() == Qt::NoModifier) {
+        GoHome();
         return;
     }
     const QPersistentModelIndex before = currentIndex();
@@ -225,6 +231,9 @@ void ListView::mouseDoubleClickEvent(QMouseEvent* event) {
 void ListView::mouseReleaseEvent(QMouseEvent* event) {
     QListView::mouseReleaseEvent(event);
     if (event->button() == Qt::RightButton) {
+        if (m_clickedIndex.isValid()) {
+            Q_EMIT ItemClicked(m_clickedIndex.data(RowModel::KeyRole).toString());
+        }
         Q_EMIT ContextMenuRequested(event->globalPosition().toPoint());
     }
 }

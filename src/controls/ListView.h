@@ -34,6 +34,8 @@ public:
     void UnselectAllRows();
     /// Selects this row alone and gives it the cursor; an unknown key changes nothing.
     void SelectKey(const QString& key);
+    /// What the key Home does: the first row takes cursor and selection. An empty list stays as it is.
+    void GoHome();
     /// Scrolls as little as needed; `row` from 0, one outside the rows does nothing.
     void EnsureVisible(int row);
     /// First visible row, from 0, and how many whole rows fit.
@@ -46,7 +48,8 @@ public:
     void SetDropIn(bool on);
 
 Q_SIGNALS:
-    /// A row was clicked, or took the cursor by a key.
+    /// A row was clicked with the left button, pressed with the right one (told when that is released, in
+    /// front of ContextMenuRequested), or took the cursor by a key or by GoHome.
     void ItemClicked(const QString& key);
     /// Empty key when no row is under the mouse.
     void ItemDoubleClicked(const QString& key);

@@ -22,6 +22,11 @@ constexpr int Gap = 2;            // between tabs
 constexpr int LetterHeight = 12;  // least height of an entry of the letter column
 constexpr int LetterWidth = 26;
 
+/// Object name of the widget that a drag comes from; empty if it comes from another program.
+QString SourceOf(const QDropEvent& event) {
+    return event.source() != nullptr ? event.source()->objectName() : QString();
+}
+
 }  // namespace
 
 TabControl::TabControl(Look look, QWidget* parent) : QWidget(parent), m_look(look) {
@@ -157,7 +162,8 @@ void TabControl::SetQuiet(bool quiet) {
     update();
 }
 
-void TabControl::SetDropIn(std::function<bool(int)> isTarget) {
+void TabControl::SetDropIn(const QString& source, std::function<bool(int)> isTarget) {
+    m_dropSource = source;
     m_isDropTarget = std::move(isTarget);
     setAcceptDrops(m_isDropTarget != nullptr);
 }
@@ -408,9 +414,19 @@ void TabControl::contextMenuEvent(QContextMenuEvent* event) {
     }
 }
 
+bool TabControl::TakesText(const QString& source, int position) const {
+    return m_isDropTarget != nullptr && source == m_dropSource && position >= 0 && m_isDropTarget(position);
+}
+
+bool TabControl::IsTextFromSource(const QDropEvent& event) const {
+    return event.mimeData()->hasText() && SourceOf(event) == m_dropSource;
+}
+
 void TabControl::dragEnterEvent(QDragEnterEvent* event) {
-    if (event->mimeData()->hasText()) {
+    if (IsTextFromSource(*event)) {
         event->accept();
+    } else {
+        event->ignore();
     }
 }
 
@@ -423,7 +439,7 @@ void TabControl::dragMoveEvent(QDragMoveEvent* event) {
         }
     }
     const int position = TabUnder(point);
-    if (!event->mimeData()->hasText() || position < 0 || !m_isDropTarget(position)) {
+    if (!event->mimeData()->hasText() || !TakesText(SourceOf(*event), position)) {
         SetDropTarget(-1);
         event->ignore();
         return;
@@ -439,6 +455,10 @@ void TabControl::dragLeaveEvent(QDragLeaveEvent*) {
 
 void TabControl::dropEvent(QDropEvent* event) {
     SetDropTarget(-1);
+    if (!IsTextFromSource(*event)) {
+        event->ignore();
+        return;
+    }
     event->setDropAction(Qt::CopyAction);
     event->accept();
     Q_EMIT TextDropped(event->mimeData()->text(), TabUnder(event->position().toPoint()));

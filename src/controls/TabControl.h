@@ -47,8 +47,11 @@ public:
     /// just now.
     void SetQuiet(bool quiet);
 
-    /// Text can be dropped on tabs for which `isTarget` says so; without this call on none.
-    void SetDropIn(std::function<bool(int)> isTarget);
+    /// Text dragged out of the widget with the object name `source` (empty: out of another program) can be
+    /// dropped on tabs for which `isTarget` says so; without this call nothing can.
+    void SetDropIn(const QString& source, std::function<bool(int)> isTarget);
+    /// False for -1.
+    [[nodiscard]] bool TakesText(const QString& source, int position) const;
 
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
@@ -101,6 +104,7 @@ private:
     void SetSelected(int position);
     void SetHovered(int position);
     void SetDropTarget(int position);
+    [[nodiscard]] bool IsTextFromSource(const QDropEvent& event) const;
     void Press(const QPoint& point);
     [[nodiscard]] int TabForKey(const QKeyEvent& event) const;
     [[nodiscard]] int RowHeight() const;
@@ -116,6 +120,7 @@ private:
     int m_dropTarget = -1;
     int m_firstRow = 0;
     bool m_isQuiet = false;
+    QString m_dropSource;
     std::function<bool(int)> m_isDropTarget;
     QToolButton* m_rowsUp = nullptr;
     QToolButton* m_rowsDown = nullptr;

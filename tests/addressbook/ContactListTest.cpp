@@ -7,6 +7,7 @@
 
 #include <iterator>
 #include <stdexcept>
+#include <utility>
 
 namespace {
 
@@ -61,6 +62,17 @@ TEST(ContactList, KeysAreComparedExactly) {
 TEST(ContactList, AnUnknownKeyGivesNothing) {
     const ContactList contacts;
     EXPECT_EQ(contacts.ContactByKey(QStringLiteral("C1")), nullptr);
+}
+
+TEST(ContactList, AnUnknownKeyGivesNothingOnAFilledListEither) {
+    ContactList contacts;
+    contacts.Add(Keyed(QStringLiteral("C1")));
+    contacts.Add(Keyed(QStringLiteral("C12")));
+    for (const char* key : {"C2", "P1", "C", "C123", ""}) {
+        EXPECT_EQ(contacts.ContactByKey(QString::fromLatin1(key)), nullptr) << key;
+        EXPECT_EQ(std::as_const(contacts).ContactByKey(QString::fromLatin1(key)), nullptr) << key;
+    }
+    EXPECT_EQ(contacts.Count(), 2);
 }
 
 TEST(ContactList, RemovingAnUnknownKeyFails) {

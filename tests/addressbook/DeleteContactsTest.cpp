@@ -18,6 +18,16 @@ protected:
         Office.PhonebookValues.cfgAllowPrivateGroup = true;
         Start();
     }
+    /// Puts a contact into the list that is on show, and selects it.
+    void SelectOneHere() {
+        Contact contact;
+        contact.SetID(static_cast<qint16>(m_ids[0]));
+        ContactList one;
+        one.Add(contact);
+        Area->FillContactList(one);
+        ClickRow(0);
+        ASSERT_EQ(lvContacts().SelectedCount(), 1);
+    }
     void ExpectBox(BoxAnswer answer) { Office.Boxes.Expect(answer); }
     BoxRequest Question(const QString& text) {
         return {QStringLiteral("Larkspan Messenger"), text, BoxIcon::Question, BoxButtons::YesNo};
@@ -82,6 +92,7 @@ TEST_F(DeleteContacts, AWrongPasswordEndsItWithTheFocusInTheList) {
 
 TEST_F(DeleteContacts, OnFavouritesNoPasswordIsAsked) {
     ClickTab(QStringLiteral("Favourite"));
+    SelectOneHere();
     Press(u"cmdDeleteContact");
     EXPECT_TRUE(Host.PasswordsAsked.isEmpty());
     EXPECT_TRUE(Office.Boxes.Shown.isEmpty());
@@ -89,6 +100,7 @@ TEST_F(DeleteContacts, OnFavouritesNoPasswordIsAsked) {
 
 TEST_F(DeleteContacts, OnThePrivateTabNothingIsDoneAndNothingAsked) {
     ClickTab(QStringLiteral("Private"));
+    SelectOneHere();
     Press(u"cmdDeleteContact");
     EXPECT_TRUE(Host.PasswordsAsked.isEmpty());
     EXPECT_TRUE(Office.Boxes.Shown.isEmpty());
@@ -102,7 +114,25 @@ TEST_F(DeleteContacts, AfterwardsTheDetailsAreEmptyAndTheListHasTheFocus) {
     Press(u"cmdDeleteContact");
     EXPECT_TRUE(LabelText(u"lblPhone").isEmpty());
     EXPECT_EQ(Area->window()->focusWidget(), &lvContacts());
-    EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+    EXPECT_EQ(Area->cursor().shape(), Qt::ArrowCursor);
+}
+
+TEST_F(DeleteContacts, TheQuestionItselfHasNoHourglass) {
+    ClickRow(1);
+    ExpectBox(BoxAnswer::No);
+    Qt::CursorShape overTheWindow = Qt::ArrowCursor;
+    Qt::CursorShape overTheQuestion = Qt::WaitCursor;
+    bool isForcedEverywhere = true;
+    Boxes.OnShow = [&] {
+        const QDialog question(Area->window());
+        overTheWindow = Area->window()->cursor().shape();
+        overTheQuestion = question.cursor().shape();
+        isForcedEverywhere = QGuiApplication::overrideCursor() != nullptr;
+    };
+    Press(u"cmdDeleteContact");
+    EXPECT_EQ(overTheWindow, Qt::WaitCursor);
+    EXPECT_EQ(overTheQuestion, Qt::ArrowCursor);
+    EXPECT_FALSE(isForcedEverywhere);
 }
 
 TEST_F(DeleteContacts, TheDeleteKeyIsTheButton) {

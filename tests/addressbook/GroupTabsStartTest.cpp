@@ -135,4 +135,16 @@ TEST_F(GroupTabsStart, WhileTheWindowLoadsAClickOnATabFillsNothing) {
     EXPECT_EQ(tabGroup().Selected(), 1) << "a letter does not lead back either";
 }
 
+TEST_F(GroupTabsStart, ALetterSelectsTheFirstTabWhateverStandsThere) {
+    Office.AddContact(QStringLiteral("Ahern"), QStringLiteral("Aoife"), QStringLiteral("+3531"));
+    AddGroups({u"Drivers"});
+    Store(QStringLiteral("-2,-1"));
+    Start();
+    ClickTab(QStringLiteral("Drivers"));
+    ClickLetter(QStringLiteral("A"));
+    EXPECT_EQ(tabGroup().Selected(), 0);
+    EXPECT_EQ(tabGroup().Caption(0), Favourite);
+    EXPECT_TRUE(Names().isEmpty());
+}
+
 }  // namespace

@@ -2,8 +2,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
-#include <QDropEvent>
-#include <QMimeData>
+#include <QMouseEvent>
 
 PhonebookOffice::PhonebookOffice() : AppLog(Office.Files, Office.Time) {
     AppLog.LogToFile(Office.DataFolder.filePath(QStringLiteral("applog.txt")));
@@ -12,7 +11,7 @@ PhonebookOffice::PhonebookOffice() : AppLog(Office.Files, Office.Time) {
 void PhonebookOffice::Start() {
     Area = std::make_unique<PhonebookArea>(
         PhonebookSide{Office.Phonebook(), AddressContacts, SortBy, LocaleCountry, IsInitialising, Host, Door,
-                      Office.Boxes, Office.Pump, AppLog, Office.Time, Office.Sound, Office.AppSettings});
+                      Boxes, Office.Pump, AppLog, Office.Time, Office.Sound, Office.AppSettings});
     Area->resize(440, 560);
     IsInitialising = true;
     Area->InitAlphaTabs();
@@ -70,16 +69,7 @@ void PhonebookOffice::ClickLetter(const QString& letter) {
 }
 
 void PhonebookOffice::DropOn(const QString& caption, const QString& text) {
-    QMimeData data;
-    data.setText(text);
-    const QPoint place =
-        caption.isEmpty() ? tabGroup().rect().bottomRight() : tabGroup().TabRect(TabNamed(caption)).center();
-    QDragEnterEvent enter(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(&tabGroup(), &enter);
-    QDragMoveEvent move(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(&tabGroup(), &move);
-    QDropEvent drop(QPointF(place), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(&tabGroup(), &drop);
+    Q_EMIT tabGroup().TextDropped(text, caption.isEmpty() ? -1 : TabNamed(caption));
 }
 
 QStringList PhonebookOffice::Names() {
@@ -111,6 +101,15 @@ void PhonebookOffice::DoubleClickRow(int row) {
 
 void PhonebookOffice::Press(QStringView button) {
     QTest::mouseClick(&Control<QAbstractButton>(button), Qt::LeftButton);
+}
+
+void PhonebookOffice::PostClick(QWidget& target, const QPoint& place) {
+    for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+        QCoreApplication::postEvent(
+            &target, new QMouseEvent(type, QPointF(place), QPointF(target.mapToGlobal(place)), Qt::LeftButton,
+                                     type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton,
+                                     Qt::NoModifier));
+    }
 }
 
 QString PhonebookOffice::LogText() {

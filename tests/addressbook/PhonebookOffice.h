@@ -18,6 +18,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <ostream>
 
@@ -29,10 +30,29 @@ inline void PrintTo(const QStringList& texts, std::ostream* stream) {
     *stream << '[' << texts.join(QStringLiteral(" | ")).toStdString() << ']';
 }
 
+/// Boxes that a test can look behind: `OnShow` runs while one is on the screen.
+class WatchedBoxes final : public MessageBoxes {
+public:
+    explicit WatchedBoxes(MessageBoxes& boxes) : m_boxes(boxes) {}
+    std::function<void()> OnShow;
+
+    BoxAnswer Show(const BoxRequest& request) override {
+        if (OnShow) {
+            OnShow();
+        }
+        return m_boxes.Show(request);
+    }
+
+private:
+    MessageBoxes& m_boxes;
+};
+
 /// The rest of the window: writes down what it is asked.
 class RecordingHost final : public PhonebookHost {
 public:
     QList<QStringList> Added;
+    /// Runs within AddKeysToRecipients.
+    std::function<void()> OnAdd;
     QList<qint32> DroppedGroups;
     QList<int> ScrolledTo;
     struct Updated {
@@ -45,7 +65,12 @@ public:
     QList<bool> PasswordsAsked;
     bool IsPasswordRight = true;
 
-    void AddKeysToRecipients(const QStringList& keys) override { Added.append(keys); }
+    void AddKeysToRecipients(const QStringList& keys) override {
+        Added.append(keys);
+        if (OnAdd) {
+            OnAdd();
+        }
+    }
     void DropGroupByID(qint32 groupID) override { DroppedGroups.append(groupID); }
     void ScrollRecipientsTo(int index) override { ScrolledTo.append(index); }
     void UpdateRecipient(const Contact& contact, const QString& toolTip) override {
@@ -85,6 +110,7 @@ protected:
     void ClickTab(const QString& caption, Qt::MouseButton button = Qt::LeftButton);
     void DoubleClickTab(const QString& caption);
     void ClickLetter(const QString& letter);
+    /// Drops text that comes from the contact list on a tab, or beside the tabs.
     void DropOn(const QString& caption, const QString& text);
 
     [[nodiscard]] QStringList Names();
@@ -92,6 +118,8 @@ protected:
     void ClickRow(int row, Qt::MouseButton button = Qt::LeftButton);
     void DoubleClickRow(int row);
     void Press(QStringView button);
+    /// A click of the left button that has happened and was not looked at yet.
+    void PostClick(QWidget& target, const QPoint& place);
     [[nodiscard]] QString LogText();
     /// Types into the next name dialog as a person does, then presses the key.
     void ExpectName(const QString& name, Qt::Key end = Qt::Key_Return);
@@ -103,6 +131,7 @@ protected:
     bool IsInitialising = false;
     RecordingHost Host;
     RecordingDoor Door;
+    WatchedBoxes Boxes{Office.Boxes};
     Log AppLog;
     std::unique_ptr<PhonebookArea> Area;
 };

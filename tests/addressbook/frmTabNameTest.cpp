@@ -23,6 +23,16 @@ TEST_F(frmTabNameTest, ItIsCanceledFromTheStartAndHasNoButtons) {
     EXPECT_EQ(m_dialog.windowTitle(), QStringLiteral("Larkspan Messenger - Group Name"));
 }
 
+TEST_F(frmTabNameTest, ItsTitleIsNotCut) {
+    QApplication::processEvents();
+    constexpr int IconAndButtons = 25;  // in characters
+    const auto characters = static_cast<int>(m_dialog.windowTitle().size()) + IconAndButtons;
+    const int room = m_dialog.fontMetrics().averageCharWidth() * characters;
+    EXPECT_GE(m_dialog.width(), room);
+    m_dialog.resize(10, 10);
+    EXPECT_GE(m_dialog.width(), room);
+}
+
 TEST_F(frmTabNameTest, EnterTakesTheNameAndHides) {
     QTest::keyClicks(&txtName(), QStringLiteral("  Night shift "));
     QTest::keyClick(&txtName(), Qt::Key_Return);

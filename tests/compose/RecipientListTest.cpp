@@ -74,6 +74,20 @@ TEST_F(RecipientListTest, DraggingTheSameContactTwiceGivesOneRow) {
     EXPECT_EQ(RecipientContacts.Count(), 1);
 }
 
+TEST_F(RecipientListTest, AddingOneWhoIsARecipientAlreadyLeavesRowAndCopyAsTheyAre) {
+    const QString key = AddRecipient(1, QStringLiteral("Byrne"));
+    const ListRow row = lvRecipients().Rows().At(0);
+    AddressContacts.ContactByKey(key)->Surname = QStringLiteral("Nolan");
+    AddressContacts.ContactByKey(key)->PhoneNumber = QStringLiteral("+99");
+    Area->AddKeyToRecipients(key, true);
+    Area->AddKeysToRecipients({key});
+    ASSERT_EQ(lvRecipients().Rows().Count(), 1);
+    EXPECT_EQ(lvRecipients().Rows().At(0), row);
+    EXPECT_FALSE(lvRecipients().HasSelection()) << "nor is it selected";
+    EXPECT_EQ(RecipientContacts.ContactByKey(key)->Surname, QStringLiteral("Byrne"));
+    EXPECT_NE(RecipientContacts.ContactByKey(key)->PhoneNumber, QStringLiteral("+99"));
+}
+
 TEST_F(RecipientListTest, DroppedKeysAreSplitAtLineBreaksTheLastOneMayBeOpen) {
     ShowContact(1, QStringLiteral("Byrne"));
     ShowContact(2, QStringLiteral("Costa"));
@@ -319,12 +333,28 @@ TEST_F(RecipientListTest, AnEditedContactBringsRowAndCopyInLineButNotTheUserFiel
     EXPECT_EQ(copy.GetUserData(0), QStringLiteral("old"));
 }
 
+TEST_F(RecipientListTest, AnEditedContactThatIsNotInTheContactListChangesTheCopyAndNotTheRow) {
+    AddRecipient(1, QStringLiteral("Byrne"));
+    const ListRow row = lvRecipients().Rows().At(0);
+    Contact edited;
+    edited.SetID(1);
+    edited.Surname = QStringLiteral("Nolan");
+    edited.PhoneNumber = QStringLiteral("+99");
+    edited.IsConfirmSend = true;
+    Area->UpdateRecipient(edited, QString());
+    EXPECT_EQ(lvRecipients().Rows().At(0), row);
+    const Contact& copy = *RecipientContacts.ContactByKey(QStringLiteral("C1"));
+    EXPECT_EQ(copy.Surname, QStringLiteral("Nolan"));
+    EXPECT_EQ(copy.PhoneNumber, QStringLiteral("+99"));
+    EXPECT_TRUE(copy.IsConfirmSend);
+}
+
 TEST_F(RecipientListTest, AnEditedContactThatIsNoRecipientChangesNothing) {
     AddRecipient(1, QStringLiteral("Byrne"));
     Contact other;
     other.SetID(2);
     other.Surname = QStringLiteral("Nolan");
-    Area->UpdateRecipient(other, QString());
+    Area->UpdateRecipient(other, QStringLiteral(" "));
     EXPECT_EQ(RecipientTexts(), QStringList{QStringLiteral("Byrne, Ann")});
     EXPECT_EQ(RecipientContacts.Count(), 1);
 }

@@ -3,10 +3,13 @@
 #include "controls/WaitCursor.h"
 
 #include <QBoxLayout>
+#include <QDialog>
 #include <QGuiApplication>
 #include <QImage>
 
 #include <gtest/gtest.h>
+
+#include <memory>
 
 namespace {
 
@@ -55,19 +58,44 @@ TEST(ShrinkButton, AButtonWithoutAnIconKeepsItsWord) {
     EXPECT_EQ(button.minimumSizeHint(), button.sizeHint());
 }
 
-TEST(WaitCursor, PutsBackThePointerThatWasThereBefore) {
-    QGuiApplication::setOverrideCursor(Qt::PointingHandCursor);
+TEST(WaitCursor, PutsBackThePointerThatTheWindowHadBefore) {
+    QWidget window;
+    window.setCursor(Qt::PointingHandCursor);
     {
-        const WaitCursor outer;
+        const WaitCursor outer(window);
         {
-            const WaitCursor inner;
-            EXPECT_EQ(QGuiApplication::overrideCursor()->shape(), Qt::WaitCursor);
+            const WaitCursor inner(window);
+            EXPECT_EQ(window.cursor().shape(), Qt::WaitCursor);
         }
-        EXPECT_EQ(QGuiApplication::overrideCursor()->shape(), Qt::WaitCursor);
+        EXPECT_EQ(window.cursor().shape(), Qt::WaitCursor);
     }
-    EXPECT_EQ(QGuiApplication::overrideCursor()->shape(), Qt::PointingHandCursor);
-    QGuiApplication::restoreOverrideCursor();
+    EXPECT_EQ(window.cursor().shape(), Qt::PointingHandCursor);
+}
+
+TEST(WaitCursor, AWindowWithoutAPointerOfItsOwnHasNoneAfterwards) {
+    QWidget window;
+    {
+        const WaitCursor outer(window);
+        { const WaitCursor inner(window); }
+        EXPECT_TRUE(window.testAttribute(Qt::WA_SetCursor));
+    }
+    EXPECT_FALSE(window.testAttribute(Qt::WA_SetCursor));
+}
+
+TEST(WaitCursor, CoversTheControlsOfTheWindowButNoWindowOverIt) {
+    QWidget window;
+    QWidget control(&window);
+    QDialog question(&window);
+    const WaitCursor wait(window);
+    EXPECT_EQ(control.cursor().shape(), Qt::WaitCursor);
+    EXPECT_EQ(question.cursor().shape(), Qt::ArrowCursor);
     EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+}
+
+TEST(WaitCursor, TheWindowMayDieFirst) {
+    auto window = std::make_unique<QWidget>();
+    const WaitCursor wait(*window);
+    window.reset();
 }
 
 }  // namespace

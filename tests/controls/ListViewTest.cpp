@@ -127,6 +127,25 @@ TEST_F(ListViewTest, ARowThatTakesTheCursorByAKeyIsToldAsAClick) {
     EXPECT_EQ(clicks[1].first(), QStringLiteral("C1"));
 }
 
+TEST_F(ListViewTest, GoHomeGivesTheFirstRowTheCursorAndIsToldAsAClick) {
+    Fill(3);
+    SelectRows({1, 2});
+    QSignalSpy clicks(&m_list, &ListView::ItemClicked);
+    m_list.GoHome();
+    EXPECT_EQ(m_list.CurrentKey(), QStringLiteral("C1"));
+    EXPECT_EQ(m_list.SelectedKeys(), QStringList(QStringLiteral("C1")));
+    m_list.GoHome();
+    ASSERT_EQ(clicks.size(), 2) << "also when the cursor is there already";
+    EXPECT_EQ(clicks[1].first(), QStringLiteral("C1"));
+}
+
+TEST_F(ListViewTest, GoHomeOnAnEmptyListDoesNothing) {
+    const QSignalSpy clicks(&m_list, &ListView::ItemClicked);
+    m_list.GoHome();
+    EXPECT_EQ(clicks.size(), 0);
+    EXPECT_TRUE(m_list.CurrentKey().isEmpty());
+}
+
 TEST_F(ListViewTest, ADoubleClickOnOneOfThreeSelectedRowsFindsAllThree) {
     Fill(6);
     SelectRows({0, 2, 4});
@@ -162,6 +181,18 @@ TEST_F(ListViewTest, TheMenuIsAskedForWhenTheRightButtonIsReleased) {
     ASSERT_EQ(menus.size(), 1);
     EXPECT_EQ(menus.first().first(), m_list.viewport()->mapToGlobal(MiddleOf(1)));
     EXPECT_EQ(m_list.SelectedKeys(), QStringList(QStringLiteral("C2")));
+}
+
+TEST_F(ListViewTest, ARightClickOnARowIsToldAsAClickInFrontOfTheMenu) {
+    Fill(3);
+    QStringList told;
+    QObject::connect(&m_list, &ListView::ItemClicked, &m_list, [&](const QString& key) { told += key; });
+    QObject::connect(&m_list, &ListView::ContextMenuRequested, &m_list,
+                     [&] { told += QStringLiteral("menu"); });
+    QTest::mouseClick(m_list.viewport(), Qt::RightButton, Qt::NoModifier, MiddleOf(1));
+    EXPECT_EQ(told, QStringList({QStringLiteral("C2"), QStringLiteral("menu")}));
+    QTest::mouseClick(m_list.viewport(), Qt::RightButton, Qt::NoModifier, QPoint(50, 150));
+    EXPECT_EQ(told.mid(2), QStringList(QStringLiteral("menu"))) << "beside the rows";
 }
 
 TEST_F(ListViewTest, ARightClickOnASelectionKeepsIt) {

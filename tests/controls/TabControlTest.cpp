@@ -3,8 +3,6 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QContextMenuEvent>
-#include <QDropEvent>
-#include <QMimeData>
 #include <QSignalSpy>
 #include <QTest>
 #include <QToolButton>
@@ -41,22 +39,6 @@ protected:
     }
     void Click(int position, Qt::MouseButton button = Qt::LeftButton) {
         QTest::mouseClick(&m_tabs, button, Qt::NoModifier, m_tabs.TabRect(position).center());
-    }
-    bool DragOver(const QPoint& point) {
-        QMimeData data;
-        data.setText(QStringLiteral("C1\r\n"));
-        QDragEnterEvent enter(point, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(&m_tabs, &enter);
-        QDragMoveEvent move(point, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(&m_tabs, &move);
-        return move.isAccepted();
-    }
-    void Drop(const QPoint& point) {
-        QMimeData data;
-        data.setText(QStringLiteral("C1\r\n"));
-        DragOver(point);
-        QDropEvent drop(QPointF(point), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(&m_tabs, &drop);
     }
     QToolButton* Button(const QString& name) {
         const auto buttons = m_tabs.findChildren<QToolButton*>();
@@ -302,34 +284,6 @@ TEST_F(TabControlTest, KeysWithAltAreLeftToTheWindow) {
     Add({QStringLiteral("*"), QStringLiteral("Crew")});
     QTest::keyClick(&m_tabs, Qt::Key_C, Qt::AltModifier);
     EXPECT_EQ(m_tabs.Selected(), 0);
-}
-
-TEST_F(TabControlTest, TextIsTakenOnlyByTabsThatAreTargets) {
-    Add({A, B});
-    m_tabs.SetDropIn([](int position) { return position == 1; });
-    EXPECT_FALSE(DragOver(m_tabs.TabRect(0).center()));
-    EXPECT_TRUE(DragOver(m_tabs.TabRect(1).center()));
-    EXPECT_FALSE(DragOver(QPoint(m_tabs.width() - 1, 1)));
-}
-
-TEST_F(TabControlTest, ADropIsToldWithItsTab) {
-    Add({A, B});
-    m_tabs.SetDropIn([](int) { return true; });
-    QSignalSpy drops(&m_tabs, &TabControl::TextDropped);
-    Drop(m_tabs.TabRect(1).center());
-    Drop(QPoint(m_tabs.width() - 1, 1));
-    ASSERT_EQ(drops.size(), 2);
-    EXPECT_EQ(drops[0].at(0), QStringLiteral("C1\r\n"));
-    EXPECT_EQ(drops[0].at(1), 1);
-    EXPECT_EQ(drops[1].at(1), -1);
-}
-
-TEST_F(TabControlTest, ADragOverTheScrollButtonBringsTheNextRow) {
-    AddNumbered(60);
-    m_tabs.Select(0);
-    m_tabs.SetDropIn([](int) { return true; });
-    DragOver(Button(QStringLiteral("Next Row Of Tabs"))->geometry().center());
-    EXPECT_TRUE(m_tabs.TabRect(0).isEmpty());
 }
 
 TEST_F(TabControlTest, SelectionAndFocusAreSeen) {

@@ -1,5 +1,6 @@
 #include "shell/MainWindow.h"
 
+#include "addressbook/PhonebookArea.h"
 #include "controls/ListView.h"
 #include "controls/TabControl.h"
 
@@ -21,6 +22,19 @@ QString Q(const char* text) {
 void TwoContacts(TestMachine& machine) {
     machine.Office.AddContact(Q("Byrne"), Q("Declan"), Q("+353865550101"));
     machine.Office.AddContact(Q("Ahern"), Q("Aoife"), Q("+353865550102"));
+}
+
+QStringList Names(const ListView& list) {
+    QStringList names;
+    for (int row = 0; row < list.Rows().Count(); ++row) {
+        names.append(list.Rows().At(row).Text);
+    }
+    return names;
+}
+
+void ClickTab(MainWindow& window, int position, Qt::MouseButton button = Qt::LeftButton) {
+    auto* tabs = window.Find<TabControl>("tabGroup");
+    QTest::mouseClick(tabs, button, Qt::NoModifier, tabs->TabRect(position).center());
 }
 
 QString Words(const QWidget* control) {
@@ -298,4 +312,126 @@ TEST(FrmMain, APressOnItsBackgroundIsNotPassedOnAndAPressOnADisabledButtonMovesN
     QTest::mouseClick(window.Form.get(), Qt::LeftButton, Qt::NoModifier, QPoint(2, 2));
     QTest::mouseClick(window.Find("cmdHistory"), Qt::LeftButton);
     EXPECT_TRUE(window.Form->isVisible());
+}
+
+TEST(FrmMain, AfterSendingTheFirstContactHasTheCursorAndItsDetailsAreShown) {
+    MainWindow window(TwoContacts);
+    window.Open();
+    auto* contacts = window.Find<ListView>("lvContacts");
+    window.Form->AddKeysToRecipients({contacts->Rows().At(1).Key});
+    window.Find("txtMessage")->setProperty("plainText", Q("Hello"));
+    window.Form->UpdateStateDisplay();
+    contacts->SelectKey(contacts->Rows().At(1).Key);
+    QTest::mouseClick(window.Find("cmdSendNow"), Qt::LeftButton);
+    ASSERT_EQ(window.Machine.Office.MessageRows().size(), 1);
+    EXPECT_EQ(contacts->CurrentKey(), contacts->Rows().At(0).Key);
+    EXPECT_EQ(contacts->SelectedKeys(), QStringList(contacts->Rows().At(0).Key));
+    EXPECT_EQ(Words(window.Find("lblPhone")), Q("+353865550102"));
+    EXPECT_TRUE(contacts->hasFocus());
+}
+
+TEST(FrmMain, TheSortButtonChangesTheNamesInBothLists) {
+    MainWindow window(TwoContacts);
+    window.Open();
+    auto* contacts = window.Find<ListView>("lvContacts");
+    auto* recipients = window.Find<ListView>("lvRecipients");
+    window.Form->AddKeysToRecipients({contacts->Rows().At(1).Key});
+    EXPECT_EQ(Names(*recipients), QStringList(Q("Byrne, Declan")));
+    QTest::mouseClick(window.Find("cmdSortBy"), Qt::LeftButton);
+    EXPECT_EQ(Names(*contacts), QStringList({Q("Aoife Ahern"), Q("Declan Byrne")}));
+    EXPECT_EQ(Names(*recipients), QStringList(Q("Declan Byrne")));
+    QTest::mouseClick(window.Find("cmdSortBy"), Qt::LeftButton);
+    EXPECT_EQ(Names(*contacts), QStringList({Q("Ahern, Aoife"), Q("Byrne, Declan")}));
+    EXPECT_EQ(Names(*recipients), QStringList(Q("Byrne, Declan")));
+}
+
+TEST(FrmMain, AnEditedContactIsShownInBothLists) {
+    MainWindow window(TwoContacts);
+    window.Open();
+    const QString key = window.Find<ListView>("lvContacts")->Rows().At(0).Key;
+    window.Form->AddKeysToRecipients({key});
+    Contact edited = *window.Context.AddressContacts.ContactByKey(key);
+    edited.Surname = Q("Aherne");
+    edited.IsConfirmSend = true;
+    window.Find<PhonebookArea>("fraPhoneBook")->UpdateContactItems(edited);
+    const ListRow row = window.Find<ListView>("lvRecipients")->Rows().At(0);
+    EXPECT_EQ(row.Text, Q("Aherne, Aoife"));
+    EXPECT_EQ(row.ToolTip, Q(" +353865550102  (requires confirmation) "));
+    EXPECT_EQ(row, window.Find<ListView>("lvContacts")->Rows().At(0));
+    EXPECT_EQ(window.Context.RecipientContacts.ContactByKey(key)->Surname, Q("Aherne"));
+}
+
+TEST(FrmMain, ARecipientWhoIsEditedWhileAnotherLetterIsOnShowKeepsTheRowAndGetsTheNewName) {
+    MainWindow window(TwoContacts);
+    window.Open();
+    const QString key = window.Find<ListView>("lvContacts")->Rows().At(0).Key;
+    window.Form->AddKeysToRecipients({key});
+    Contact edited = *window.Context.AddressContacts.ContactByKey(key);
+    edited.Surname = Q("Aherne");
+    window.Form->ShowAlphaGroup(Q("B"));
+    window.Find<PhonebookArea>("fraPhoneBook")->UpdateContactItems(edited);
+    EXPECT_EQ(Names(*window.Find<ListView>("lvRecipients")), QStringList(Q("Ahern, Aoife")));
+    EXPECT_EQ(window.Context.RecipientContacts.ContactByKey(key)->Surname, Q("Aherne"));
+}
+
+TEST(FrmMain, ContactsThatGoOverBringTheRecipientsToTheSamePlaceAndNeitherListIsRedrawnMeanwhile) {
+    MainWindow window([](TestMachine& machine) {
+        for (int i = 0; i < 120; ++i) {
+            machine.Office.AddContact(Q("Name%1").arg(i, 3, 10, QLatin1Char('0')), Q("Al"), Q("+35311"));
+        }
+    });
+    window.Open();
+    auto* contacts = window.Find<ListView>("lvContacts");
+    auto* recipients = window.Find<ListView>("lvRecipients");
+    QStringList keys = contacts->Rows().KeyList();
+    const QString last = keys.takeAt(60);
+    window.Form->AddKeysToRecipients(keys);
+    recipients->scrollToTop();
+    ASSERT_EQ(recipients->TopRow(), 0);
+    int redrawn = 2;
+    QObject::connect(&recipients->Rows(), &QAbstractItemModel::rowsInserted, window.Form.get(),
+                     [&] { redrawn = int{contacts->updatesEnabled()} + int{recipients->updatesEnabled()}; });
+    contacts->SelectKey(last);
+    QTest::keyClick(contacts, Qt::Key_Return);
+    EXPECT_EQ(recipients->Rows().Count(), 120);
+    EXPECT_EQ(recipients->TopRow(), 60) << "the place that the contact has in its own list";
+    EXPECT_EQ(redrawn, 0);
+    EXPECT_TRUE(contacts->updatesEnabled() && recipients->updatesEnabled());
+}
+
+TEST(FrmMain, ADoubleClickOnAGroupsTabMakesItsMembersRecipients) {
+    MainWindow window([](TestMachine& machine) {
+        const qint32 byrne = machine.Office.AddContact(Q("Byrne"), Q("Declan"), Q("+353865550101"));
+        machine.Office.AddContact(Q("Ahern"), Q("Aoife"), Q("+353865550102"));
+        machine.Office.AddGroup(Q("Drivers"), {byrne});
+    });
+    window.Open();
+    auto* tabs = window.Find<TabControl>("tabGroup");
+    ASSERT_EQ(tabs->Caption(1), Q("Drivers"));
+    ClickTab(window, 1);
+    QTest::mouseDClick(tabs, Qt::LeftButton, Qt::NoModifier, tabs->TabRect(1).center());
+    EXPECT_EQ(Names(*window.Find<ListView>("lvRecipients")), QStringList(Q("Byrne, Declan")));
+    EXPECT_EQ(window.Find("fraRecipients")->property("title").toString(), Q("Recipient List [1]"));
+}
+
+TEST(FrmMain, AGroupIsMadeOfAllRecipientsByTheirMenu) {
+    MainWindow window(TwoContacts);
+    window.Open();
+    auto* recipients = window.Find<ListView>("lvRecipients");
+    window.Form->AddKeysToRecipients(window.Find<ListView>("lvContacts")->Rows().KeyList());
+    recipients->SelectKey(recipients->Rows().At(0).Key);
+    window.Machine.Door.ExpectMenu(Q("Create New Group From Recipients"));
+    window.Machine.Door.ExpectDialog([](QDialog& dialog) {
+        auto* name = dialog.findChild<QLineEdit*>(Q("txtName"));
+        QTest::keyClicks(name, Q("Crew"));
+        QTest::keyClick(name, Qt::Key_Return);
+    });
+    QTest::mouseClick(recipients->viewport(), Qt::RightButton, Qt::NoModifier, QPoint(8, 8));
+    EXPECT_EQ(window.Machine.Door.Owner, window.Form.get());
+    auto* tabs = window.Find<TabControl>("tabGroup");
+    ASSERT_EQ(tabs->Count(), 4);
+    EXPECT_EQ(tabs->Caption(2), Q("Crew"));
+    ClickTab(window, 2);
+    EXPECT_EQ(Names(*window.Find<ListView>("lvContacts")),
+              QStringList({Q("Ahern, Aoife"), Q("Byrne, Declan")}));
 }
