@@ -264,28 +264,20 @@ void GroupTabsPanel::AddNewGroup(int /*x*/, int /*y*/) {
 }
 
 void GroupTabsPanel::CreateGroupFromSelection(const ListView& list, bool onlySelected) {
-    CreateGroup([&] { return onlySelected ? list.SelectedKeys() : list.Rows().KeyList(); });
-}
-
-void GroupTabsPanel::CreateGroupFromKeys(const QStringList& keys) {
-    CreateGroup([&] { return keys; });
-}
-
-void GroupTabsPanel::CreateGroup(const std::function<QStringList()>& members) {
     const QPoint place = PlaceAboveMouse();
     mdlWinAPI::FlushMouseMessages(*window(), m_side.Pump);
     const qint16 id = AskForNewGroup(place);
     if (id == 0) {
         return;
     }
-    QString text;
-    const QStringList keys = members();
+    QString members;
+    const QStringList keys = onlySelected ? list.SelectedKeys() : list.Rows().KeyList();
     for (const QString& key : keys) {
         if (!Keys::IsPrivate(key)) {
-            text += key + QStringLiteral("\t\r\n");
+            members += key + QStringLiteral("\t\r\n");
         }
     }
-    Trap([&] { mdlPhonebook::AddToGroup(m_side.Phonebook.State, id, text); });
+    Trap([&] { mdlPhonebook::AddToGroup(m_side.Phonebook.State, id, members); });
 }
 
 void GroupTabsPanel::RenameClickedGroup() {

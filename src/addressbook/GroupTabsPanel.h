@@ -3,10 +3,8 @@
 #include "addressbook/PhonebookSide.h"
 #include "controls/CDoubleClickTracker.h"
 
-#include <QStringList>
 #include <QWidget>
 
-#include <functional>
 #include <optional>
 
 class frmTabName;
@@ -57,8 +55,6 @@ public:
     /// Asks for a name and makes a group of the rows of `list`, or of the selected ones alone; private
     /// contacts are left out.
     void CreateGroupFromSelection(const ListView& list, bool onlySelected);
-    /// The same for contacts that are known already.
-    void CreateGroupFromKeys(const QStringList& keys);
 
 Q_SIGNALS:
     /// The list has to be built anew for the selected tabs.
@@ -85,8 +81,6 @@ private:
     [[nodiscard]] bool AskForName(frmTabName& dialog, const QPoint& place);
     /// Asks for a name and makes the group with its tab. The new group's number, 0 if there is none.
     [[nodiscard]] qint16 AskForNewGroup(const QPoint& place);
-    /// `members` is asked for the keys when the group is made.
-    void CreateGroup(const std::function<QStringList()>& members);
     /// The new group's number, 0 if the store refused.
     [[nodiscard]] qint16 MakeGroup(const QString& name);
     [[nodiscard]] qint16 ClickedNumber() const;

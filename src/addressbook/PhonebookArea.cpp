@@ -255,10 +255,6 @@ void PhonebookArea::CreateGroupFromSelection(const ListView& list, bool onlySele
     m_tabs->CreateGroupFromSelection(list, onlySelected);
 }
 
-void PhonebookArea::CreateGroupFromKeys(const QStringList& keys) {
-    m_tabs->CreateGroupFromKeys(keys);
-}
-
 void PhonebookArea::DeleteSelectedContacts() {
     const qint16 tab = m_tabs->SelectedNumber();
     const bool isOwnList = tab == Keys::PrivateTab || tab == Keys::FavouritesTab;

@@ -67,8 +67,6 @@ public:
     /// Asks for a name and makes a group of the rows of `list`, or of the selected ones alone; private
     /// contacts are left out.
     void CreateGroupFromSelection(const ListView& list, bool onlySelected);
-    /// The same for contacts that are known already.
-    void CreateGroupFromKeys(const QStringList& keys);
 
 private:
     void PlacePanels();

@@ -213,7 +213,7 @@ void ComposeArea::ShowRecipientMenu(const QPoint& position) {
     Cmenu menu;
     menu.AddItem(NewGroupEntry, QStringLiteral("Create New Group From Recipients"));
     if (menu.TrackPopup(m_services.Door, position) == NewGroupEntry) {
-        m_services.Host.CreateGroupFromKeys(RecipientKeys());
+        m_services.Host.CreateGroupFromSelection(m_recipients->List(), false);
     }
 }
 

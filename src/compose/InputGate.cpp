@@ -73,6 +73,8 @@ InputGate::~InputGate() {
     Trap([this] { m_pump.Process(DrainPasses); });
     if (!m_hadCursor) {
         m_window.unsetCursor();
+        // A top-level window counts as having one all the same.
+        m_window.setAttribute(Qt::WA_SetCursor, false);
     }
 }
 

@@ -271,8 +271,8 @@ void frmMain::ClearContactInfo() {
     m_phonebook->ShowContactInfo(QString());
 }
 
-void frmMain::CreateGroupFromKeys(const QStringList& keys) {
-    m_phonebook->CreateGroupFromKeys(keys);
+void frmMain::CreateGroupFromSelection(const ListView& list, bool onlySelected) {
+    m_phonebook->CreateGroupFromSelection(list, onlySelected);
 }
 
 void frmMain::StartTracking() {

@@ -77,7 +77,7 @@ public:
 
     // For the composing side.
     void ClearContactInfo() override;
-    void CreateGroupFromKeys(const QStringList& keys) override;
+    void CreateGroupFromSelection(const ListView& list, bool onlySelected) override;
     void StartTracking() override;
 
 protected:

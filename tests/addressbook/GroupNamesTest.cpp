@@ -187,12 +187,6 @@ TEST_F(GroupTabs, AGroupIsMadeOfTheRowsThatAreThereWhenItsNameIsTaken) {
     EXPECT_EQ(MembersOf(static_cast<qint16>(m_kitchen + 1)), QList<int>({m_costa}));
 }
 
-TEST_F(GroupTabs, AGroupMadeOfKnownKeysLeavesPrivateContactsOut) {
-    ExpectName(QStringLiteral("Crew"));
-    Area->CreateGroupFromKeys({KeyOf(m_costa), QStringLiteral("P3"), KeyOf(m_ahern)});
-    EXPECT_EQ(MembersOf(static_cast<qint16>(m_kitchen + 1)), QList<int>({m_ahern, m_costa}));
-}
-
 TEST_F(GroupTabs, TheDialogOfAGroupMadeOfTheSelectionIsHeldOnTheScreen) {
     QCursor::setPos(5, 300);
     const QPoint mouse = QCursor::pos();

@@ -41,9 +41,9 @@ public:
     void ContactListFocus(bool home) override {
         Note(home ? QStringLiteral("ContactListFocus(true)") : QStringLiteral("ContactListFocus(false)"));
     }
-    void CreateGroupFromKeys(const QStringList& keys) override {
-        GroupKeys = keys;
-        Note(QStringLiteral("CreateGroupFromKeys"));
+    void CreateGroupFromSelection(const ListView& list, bool onlySelected) override {
+        GroupKeys = onlySelected ? list.SelectedKeys() : list.Rows().KeyList();
+        Note(QStringLiteral("CreateGroupFromSelection"));
     }
     void StartTracking() override { Note(QStringLiteral("StartTracking")); }
 
