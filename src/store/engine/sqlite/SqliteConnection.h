@@ -51,9 +51,11 @@ private:
                                                        const QString& writableTable);
     [[nodiscard]] Rows Collect(const sql::Written& written, int hidden, const sql::Statement* statement);
     [[nodiscard]] qint64 RunChange(const sql::Written& written, Doing doing, const sql::Statement* statement);
-    [[nodiscard]] sqlite3_stmt* Prepare(const QByteArray& sql, Doing doing, const sql::Statement* statement);
+    [[nodiscard]] PreparedStatement Prepare(const QByteArray& sql, Doing doing,
+                                            const sql::Statement* statement);
     [[noreturn]] void Diagnose(int code, Doing doing, const sql::Statement* statement);
     [[nodiscard]] bool IsTable(QStringView name);
+    [[nodiscard]] bool HasAutomaticNumber(QStringView table);
     [[nodiscard]] QStringList ReadNames(const QByteArray& sql, const QString& argument);
 
     Database m_database;

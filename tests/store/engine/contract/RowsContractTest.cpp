@@ -128,6 +128,25 @@ TEST_P(RowsContractTest, ANewMessageHasStatusZeroAndIsNotComplete) {
     EXPECT_EQ(rows->Value(u"msgComplete"), QVariant(false));
 }
 
+// --- many statements ---
+
+TEST_P(RowsContractTest, AStatementWhoseTableWentAwayFailsHoweverManyOthersWereRun) {
+    auto connection = Phonebook();
+    const QString tails = QStringLiteral("SELECT * FROM MessageTail");
+    constexpr int Shapes = 50;  // more than an engine keeps ready
+    for (int i = 0; i < Shapes; ++i) {
+        Execute(*Phonebook(), QStringLiteral("INSERT INTO MessageTail (mtlText) VALUES ('x')"));
+        EXPECT_FALSE(Rows(*connection, tails)->EndOfFile());
+        EXPECT_TRUE(
+            Rows(*connection, QStringLiteral("SELECT cntID AS [c%1] FROM Contact").arg(i))->EndOfFile());
+        Context->DropTails();
+        EXPECT_EQ(FailureOf(*connection, tails), engine::Number::NoSuchTable);
+        EXPECT_EQ(FailureOf(*connection, QStringLiteral("DELETE FROM MessageTail")),
+                  engine::Number::NoSuchTable);
+        Context->MakeTails();
+    }
+}
+
 // --- changing ---
 
 TEST_P(RowsContractTest, ExecuteCountsTheRowsItChanged) {
@@ -166,6 +185,18 @@ TEST_P(RowsContractTest, AFailedInsertLeavesTheIdentityAsItWas) {
     Execute(*connection, Group(QStringLiteral("one")));
     EXPECT_EQ(FailureOf(*connection, Group(QStringLiteral("ONE"))), engine::Number::DuplicateKey);
     EXPECT_EQ(Value(*connection, QStringLiteral("SELECT @@IDENTITY AS ID")), QVariant(1));
+}
+
+TEST_P(RowsContractTest, OnlyATableThatNumbersItsRowsMovesTheIdentity) {
+    auto connection = Phonebook();
+    Execute(*connection, Group(QStringLiteral("one")));
+    Execute(*connection, Contact(QStringLiteral("A")));
+    Execute(*connection, Contact(QStringLiteral("B")));
+    for (const auto& sql : {u"INSERT INTO GroupMember (grpID, cntID) VALUES (1, 1)",
+                            u"INSERT INTO MessageTail (mtlText, mtlDefault) VALUES ('tail', TRUE)"}) {
+        Execute(*connection, QString::fromUtf16(sql));
+        EXPECT_EQ(Value(*connection, QStringLiteral("SELECT @@IDENTITY AS ID")), QVariant(2));
+    }
 }
 
 TEST_P(RowsContractTest, ARecordNumberNeverComesBack) {

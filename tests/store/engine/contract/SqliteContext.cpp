@@ -118,6 +118,9 @@ public:
     [[nodiscard]] std::unique_ptr<Lock> LockForWriting() override {
         return std::make_unique<LockOfAnother>(Outbox(), QStringLiteral("BEGIN IMMEDIATE"));
     }
+    [[nodiscard]] std::unique_ptr<Lock> LockForReading() override {
+        return std::make_unique<LockOfAnother>(Outbox(), QStringLiteral("BEGIN; SELECT * FROM Message"));
+    }
     [[nodiscard]] std::unique_ptr<Lock> LockForAll() override {
         return std::make_unique<LockOfAnother>(Outbox(), QStringLiteral("BEGIN EXCLUSIVE"));
     }
@@ -136,6 +139,10 @@ public:
         EXPECT_TRUE(writer.IsFine());
         EXPECT_TRUE(Bytes().contains(text.repeated(20).toUtf8())) << "the change did not reach the file";
     }
+    void DropTails() override { RunOnPhonebook(QStringLiteral("DROP TABLE MessageTail")); }
+    void MakeTails() override {
+        RunOnPhonebook(QStringLiteral("CREATE TABLE MessageTail (mtlText TEXT, mtlDefault BOOLEAN)"));
+    }
     void Damage() override {
         QFile file(Outbox());
         ASSERT_TRUE(file.open(QIODevice::ReadWrite));
@@ -151,6 +158,8 @@ public:
     }
 
 private:
+    void RunOnPhonebook(const QString& sql) const { EXPECT_TRUE(Peer(Phonebook(), sql).IsFine()); }
+
     QTemporaryDir m_folder;
     engine::FileConnectionFactory m_factory{Time};
 };
