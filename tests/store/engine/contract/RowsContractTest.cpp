@@ -131,19 +131,21 @@ TEST_P(RowsContractTest, ANewMessageHasStatusZeroAndIsNotComplete) {
 // --- many statements ---
 
 TEST_P(RowsContractTest, AStatementWhoseTableWentAwayFailsHoweverManyOthersWereRun) {
-    auto connection = Phonebook();
     const QString tails = QStringLiteral("SELECT * FROM MessageTail");
-    constexpr int Shapes = 50;  // more than an engine keeps ready
-    for (int i = 0; i < Shapes; ++i) {
-        Execute(*Phonebook(), QStringLiteral("INSERT INTO MessageTail (mtlText) VALUES ('x')"));
-        EXPECT_FALSE(Rows(*connection, tails)->EndOfFile());
-        EXPECT_TRUE(
-            Rows(*connection, QStringLiteral("SELECT cntID AS [c%1] FROM Contact").arg(i))->EndOfFile());
+    // Fewer than an engine keeps ready, just as many, and more.
+    constexpr int FewShapes = 30;
+    constexpr int ManyShapes = 50;
+    for (int shapes = FewShapes; shapes <= ManyShapes; ++shapes) {
+        auto connection = Phonebook();
+        for (int i = 0; i < shapes; ++i) {
+            const QString sql = QStringLiteral("SELECT cntID AS [c%1] FROM Contact").arg(i);
+            EXPECT_TRUE(Rows(*connection, sql)->EndOfFile());
+        }
+        EXPECT_TRUE(Rows(*connection, tails)->EndOfFile());
         Context->DropTails();
         EXPECT_EQ(FailureOf(*connection, tails), engine::Number::NoSuchTable);
-        EXPECT_EQ(FailureOf(*connection, QStringLiteral("DELETE FROM MessageTail")),
-                  engine::Number::NoSuchTable);
         Context->MakeTails();
+        EXPECT_TRUE(Rows(*connection, tails)->EndOfFile());
     }
 }
 
@@ -403,6 +405,36 @@ TEST_P(RowsContractTest, ARowThatAnotherChangedIsNotOverwritten) {
         EXPECT_EQ(failure.Item().SQLState, QStringLiteral("3197"));
     }
     EXPECT_TRUE(Value(*connection, QStringLiteral("SELECT cntNote FROM Contact")).isNull());
+}
+
+TEST_P(RowsContractTest, MoveNextAfterAFailedUpdateGoesOnAndWritesNothing) {
+    auto connection = Phonebook();
+    Execute(*connection, Contact(QStringLiteral("One")));
+    Execute(*connection, Contact(QStringLiteral("Two")));
+    const auto rows = Writable(*connection, QStringLiteral("SELECT * FROM Contact ORDER BY cntID"));
+    Execute(*Phonebook(), QStringLiteral("UPDATE Contact SET cntSurname = 'ONE' WHERE cntID = 1"));
+    rows->SetValue(u"cntNote", QStringLiteral("mine"));
+    EXPECT_THROW(rows->Update(), engine::Failure);
+    EXPECT_TRUE(rows->Value(u"cntNote").isNull()) << "the change is given up";
+    rows->MoveNext();
+    EXPECT_EQ(rows->Value(u"cntSurname"), QVariant(QStringLiteral("Two")));
+    rows->SetValue(u"cntNote", QStringLiteral("mine"));
+    rows->Update();
+    EXPECT_TRUE(Value(*connection, QStringLiteral("SELECT cntNote FROM Contact WHERE cntID = 1")).isNull());
+    EXPECT_EQ(Value(*connection, QStringLiteral("SELECT cntNote FROM Contact WHERE cntID = 2")),
+              QVariant(QStringLiteral("mine")));
+}
+
+TEST_P(RowsContractTest, MoveNextThatCannotWriteStaysAndThenGoesOn) {
+    auto connection = Phonebook();
+    Execute(*connection, Contact(QStringLiteral("One")));
+    const auto rows = Writable(*connection, QStringLiteral("SELECT * FROM Contact"));
+    Execute(*Phonebook(), QStringLiteral("UPDATE Contact SET cntSurname = 'ONE'"));
+    rows->SetValue(u"cntNote", QStringLiteral("mine"));
+    EXPECT_THROW(rows->MoveNext(), engine::Failure);
+    EXPECT_FALSE(rows->EndOfFile());
+    rows->MoveNext();
+    EXPECT_TRUE(rows->EndOfFile());
 }
 
 TEST_P(RowsContractTest, ARowThatAnotherDeletedCannotBeWritten) {
