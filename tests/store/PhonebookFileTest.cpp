@@ -238,6 +238,22 @@ TEST_F(PhonebookFileTest, AnEmptyGroupNameIsRefusedByTheFileWithTheErrorBox) {
     EXPECT_EQ(Office.Boxes.Shown.value(0).Icon, BoxIcon::Critical);
 }
 
+TEST_F(PhonebookFileTest, AGroupThatTheFileRefusesForAReasonOfItsOwnIsNoDuplicate) {
+    Office.AddGroup(QStringLiteral("Staff"));
+    Office.ExecuteOnPhonebook(
+        QStringLiteral("CREATE TRIGGER Closed AFTER INSERT ON ContactGroup BEGIN "
+                       "SELECT RAISE(ABORT, 'no more groups'); END"));
+    Office.Boxes.Expect();
+    EXPECT_EQ(mdlPhonebook::AddGroup(Office.Phonebook(), QStringLiteral("Drivers")), 0);
+    const QString text = Office.Boxes.Shown.value(0).Text;
+    EXPECT_TRUE(text.startsWith(QStringLiteral("An error has ocurred:\r\nGE:0x80004005")))
+        << text.toStdString();
+    EXPECT_TRUE(text.endsWith(QStringLiteral("SQL:3000 - no more groups")));
+    const auto identity = Office.PhonebookDB().ExecuteRecordset(QStringLiteral("SELECT @@IDENTITY AS ID"));
+    ASSERT_NE(identity, nullptr);
+    EXPECT_EQ(identity->Value(u"ID"), QVariant(1)) << "the row that was undone left no number behind";
+}
+
 TEST_F(PhonebookFileTest, ARenameToAnExistingNameQuietlyDoesNothing) {
     const qint16 first = Office.AddGroup(QStringLiteral("Staff"));
     Office.AddGroup(QStringLiteral("Drivers"));

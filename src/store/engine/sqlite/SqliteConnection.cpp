@@ -7,6 +7,7 @@
 #include <sqlite3.h>
 
 #include <QDateTime>
+#include <QScopeGuard>
 
 #include <algorithm>
 #include <utility>
@@ -123,8 +124,34 @@ sql::Statement SqliteConnection::Parse(const QString& sql) {
     return sql::Parse(sql, *m_months);
 }
 
-std::unique_ptr<Recordset> SqliteConnection::Execute(const QString& sql, qint64* rowsAffected) {
+/// Runs a statement. Some failures make SQLite roll the whole transaction back; what comes after them must
+/// not run as a transaction of its own, nor be tried again.
+template <typename Step>
+auto SqliteConnection::RunInTransaction(Step step) {
     m_database.Wait().Start();
+    if (IsTransactionLost()) {
+        throw Failure(Number::TransactionLost, QStringLiteral("The transaction was rolled back."));
+    }
+    try {
+        return step();
+    } catch (const Failure& failure) {
+        const Error& item = failure.Item();
+        if (IsTransactionLost() && IsTransientError(failure.Number(), item.NativeError, item.SQLState)) {
+            throw Failure(Number::TransactionLost, item.Description, item.NativeError);
+        }
+        throw;
+    }
+}
+
+bool SqliteConnection::IsTransactionLost() const {
+    return m_hasBegun && sqlite3_get_autocommit(m_database.Handle()) != 0;
+}
+
+std::unique_ptr<Recordset> SqliteConnection::Execute(const QString& sql, qint64* rowsAffected) {
+    return RunInTransaction([&] { return ExecuteNow(sql, rowsAffected); });
+}
+
+std::unique_ptr<Recordset> SqliteConnection::ExecuteNow(const QString& sql, qint64* rowsAffected) {
     const sql::Statement statement = Parse(sql);
     qint64 count = 0;
     std::unique_ptr<Recordset> result;
@@ -141,7 +168,10 @@ std::unique_ptr<Recordset> SqliteConnection::Execute(const QString& sql, qint64*
 
 std::unique_ptr<Recordset> SqliteConnection::OpenRecordset(const QString& sql, CursorType cursor,
                                                            LockType lock) {
-    m_database.Wait().Start();
+    return RunInTransaction([&] { return OpenNow(sql, cursor, lock); });
+}
+
+std::unique_ptr<Recordset> SqliteConnection::OpenNow(const QString& sql, CursorType cursor, LockType lock) {
     const sql::Statement statement = Parse(sql);
     const auto* select = std::get_if<sql::Select>(&statement);
     if (select == nullptr) {
@@ -271,13 +301,17 @@ bool SqliteConnection::HasAutomaticNumber(QStringView table) {
 
 void SqliteConnection::BeginTrans() {
     m_database.Run("BEGIN IMMEDIATE", Doing::Begin);
+    m_hasBegun = true;
 }
 
 void SqliteConnection::CommitTrans() {
+    // A commit that met a lock leaves the transaction open.
+    const auto end = qScopeGuard([this] { m_hasBegun = sqlite3_get_autocommit(m_database.Handle()) == 0; });
     m_database.Run("COMMIT", Doing::Commit);
 }
 
 void SqliteConnection::RollbackTrans() {
+    const auto end = qScopeGuard([this] { m_hasBegun = false; });
     m_database.Run("ROLLBACK", Doing::Begin);
 }
 
@@ -295,7 +329,11 @@ void SqliteConnection::CompactInto(const QString& path) {
 
 void SqliteConnection::WriteRow(const QString& table, qint64 rowID, const QStringList& names,
                                 const QVariantList& old, const QMap<int, QVariant>& changes) {
-    m_database.Wait().Start();
+    RunInTransaction([&] { WriteNow(table, rowID, names, old, changes); });
+}
+
+void SqliteConnection::WriteNow(const QString& table, qint64 rowID, const QStringList& names,
+                                const QVariantList& old, const QMap<int, QVariant>& changes) {
     QByteArray sql = "UPDATE " + Quoted(m_dialect, table) + " SET ";
     for (auto change = changes.cbegin(); change != changes.cend(); ++change) {
         sql += (change == changes.cbegin() ? "" : ", ") + Quoted(m_dialect, names.at(change.key())) + " = ?";

@@ -46,6 +46,13 @@ public:
     void Forget(SqliteRecordset* recordset) override;
 
 private:
+    template <typename Step>
+    auto RunInTransaction(Step step);
+    [[nodiscard]] bool IsTransactionLost() const;
+    std::unique_ptr<Recordset> ExecuteNow(const QString& sql, qint64* rowsAffected);
+    std::unique_ptr<Recordset> OpenNow(const QString& sql, CursorType cursor, LockType lock);
+    void WriteNow(const QString& table, qint64 rowID, const QStringList& names, const QVariantList& old,
+                  const QMap<int, QVariant>& changes);
     [[nodiscard]] sql::Statement Parse(const QString& sql);
     [[nodiscard]] std::unique_ptr<Recordset> RunSelect(const sql::Statement& statement,
                                                        const QString& writableTable);
@@ -62,6 +69,7 @@ private:
     SqliteDialect m_dialect;
     std::optional<sql::MonthNames> m_months;
     std::vector<SqliteRecordset*> m_writableSets;
+    bool m_hasBegun = false;  // a transaction, and neither committed nor rolled it back
 };
 
 }  // namespace engine::sqlite
