@@ -17,7 +17,7 @@ namespace engine::sqlite {
 namespace {
 
 constexpr int PrimaryCode = 0xFF;
-constexpr const char* RowIdentity = "rowid";
+constexpr QByteArrayView RowIdentity = "rowid";
 
 QString ToText(const QDate& day, const QTime& time) {
     return day.toString(Qt::ISODate) + u' ' + time.toString(QStringLiteral("hh:mm:ss"));
@@ -155,8 +155,8 @@ std::unique_ptr<Recordset> SqliteConnection::ExecuteNow(const QString& sql, qint
     const sql::Statement statement = Parse(sql);
     qint64 count = 0;
     std::unique_ptr<Recordset> result;
-    if (std::holds_alternative<sql::Select>(statement)) {
-        result = RunSelect(statement, {});
+    if (const auto* select = std::get_if<sql::Select>(&statement); select != nullptr) {
+        result = RunSelect(*select, statement, false);
     } else {
         count = RunChange(sql::Write(statement, m_dialect), DoingOf(statement), &statement);
     }
@@ -182,19 +182,31 @@ std::unique_ptr<Recordset> SqliteConnection::OpenNow(const QString& sql, CursorT
     }
     const bool wantsWriting = (cursor == CursorType::Dynamic || cursor == CursorType::KeySet) &&
                               (lock == LockType::Optimistic || lock == LockType::Pessimistic);
-    const bool isWritable = wantsWriting && select->IsAll && IsTable(select->From);
-    return RunSelect(statement, isWritable ? select->From.toString() : QString());
+    return RunSelect(*select, statement, wantsWriting && select->IsAll && IsTable(select->From));
 }
 
-std::unique_ptr<Recordset> SqliteConnection::RunSelect(const sql::Statement& statement,
-                                                       const QString& writableTable) {
-    if (writableTable.isEmpty()) {
-        return std::make_unique<SqliteRecordset>(Collect(sql::Write(statement, m_dialect), 0, &statement));
+std::unique_ptr<Recordset> SqliteConnection::RunSelect(const sql::Select& select,
+                                                       const sql::Statement& statement, bool isWritable) {
+    const QByteArrayView extraColumn = isWritable ? RowIdentity : QByteArrayView();
+    const sql::Written written = sql::Write(statement, m_dialect, extraColumn, TextColumns(select));
+    Rows rows = Collect(written, isWritable ? 1 : 0, &statement);
+    if (!isWritable) {
+        return std::make_unique<SqliteRecordset>(std::move(rows));
     }
-    Rows rows = Collect(sql::Write(statement, m_dialect, RowIdentity), 1, &statement);
-    auto recordset = std::make_unique<SqliteRecordset>(std::move(rows), this, writableTable);
+    auto recordset = std::make_unique<SqliteRecordset>(std::move(rows), this, select.From.toString());
     m_writableSets.push_back(recordset.get());
     return recordset;
+}
+
+/// The columns of texts, as SQLite takes a column for one; none where nothing is grouped or ordered.
+QStringList SqliteConnection::TextColumns(const sql::Select& select) {
+    if (select.GroupBy.empty() && select.OrderBy.empty()) {
+        return {};
+    }
+    const QByteArray sql =
+        "SELECT name FROM pragma_table_xinfo(?) WHERE type LIKE '%CHAR%' OR type LIKE '%CLOB%' OR type LIKE "
+        "'%TEXT%'";
+    return ReadNames(sql, select.From.toString());
 }
 
 Rows SqliteConnection::Collect(const sql::Written& written, int hidden, const sql::Statement* statement) {

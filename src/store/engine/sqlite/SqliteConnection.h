@@ -54,8 +54,9 @@ private:
     void WriteNow(const QString& table, qint64 rowID, const QStringList& names, const QVariantList& old,
                   const QMap<int, QVariant>& changes);
     [[nodiscard]] sql::Statement Parse(const QString& sql);
-    [[nodiscard]] std::unique_ptr<Recordset> RunSelect(const sql::Statement& statement,
-                                                       const QString& writableTable);
+    [[nodiscard]] std::unique_ptr<Recordset> RunSelect(const sql::Select& select,
+                                                       const sql::Statement& statement, bool isWritable);
+    [[nodiscard]] QStringList TextColumns(const sql::Select& select);
     [[nodiscard]] Rows Collect(const sql::Written& written, int hidden, const sql::Statement* statement);
     [[nodiscard]] qint64 RunChange(const sql::Written& written, Doing doing, const sql::Statement* statement);
     [[nodiscard]] PreparedStatement Prepare(const QByteArray& sql, Doing doing,

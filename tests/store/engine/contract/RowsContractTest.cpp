@@ -272,6 +272,30 @@ TEST_P(RowsContractTest, CaseMakesNoDifferenceBeyondAsciiEither) {
               QVariant(1));
 }
 
+TEST_P(RowsContractTest, TextsOfTheOutboxAreGroupedAndOrderedWithoutRegardToCaseBeyondAscii) {
+    auto connection = Outbox();
+    for (const auto& name : {u"Zoe", u"Émile", u"emil", u"émile", u"ÉMILE", u"adam"}) {
+        Execute(*connection, QStringLiteral("INSERT INTO Message (msgRecipient, msgFragmentCount) VALUES "
+                                            "('%1', 1)")
+                                 .arg(QString::fromUtf16(name)));
+    }
+    const auto groups =
+        Rows(*connection, QStringLiteral("SELECT Sum(Message.msgFragmentCount) AS [Count], "
+                                         "Message.msgRecipient FROM Message GROUP BY "
+                                         "Message.msgRecipient ORDER BY Message.msgRecipient"));
+    QStringList counts;
+    QStringList names;
+    for (; !groups->EndOfFile(); groups->MoveNext()) {
+        counts.append(groups->Value(u"Count").toString());
+        names.append(groups->Value(u"msgRecipient").toString().toLower());
+    }
+    EXPECT_EQ(names.join(u' '), QStringLiteral("adam emil émile zoe"));
+    EXPECT_EQ(counts.join(u' '), QStringLiteral("1 1 3 1"));
+    EXPECT_EQ(Value(*connection,
+                    QStringLiteral("SELECT msgRecipient FROM Message ORDER BY MSGRECIPIENT DESC, msgID")),
+              QVariant(QStringLiteral("Zoe")));
+}
+
 TEST_P(RowsContractTest, OnlyPercentAndUnderscoreAreWildcards) {
     auto connection = Phonebook();
     for (const auto& name : {u"a*b", u"a?b", u"a[b", u"a#b", u"axb"}) {
