@@ -16,7 +16,8 @@ class Settings;
 struct OutboxState {
     /// Exists from the first OpenOutbox onward. Not kept open: each user opens, works and closes.
     std::unique_ptr<DB> OutboxDB;
-    /// The longest full message in characters; never below 160 once the System record was read.
+    /// The longest full message in characters: 160 until the System record was read, at least 160 behind
+    /// that, and 0 where the table System has no row.
     qint16 MaxMessageSize = 160;
     /// Replaced while a statement of theirs was still waiting for its next attempt; closed, and kept only so
     /// that the statement finds its way out.
@@ -68,13 +69,15 @@ namespace mdlOutbox {
 /// mapped drive in between. True if either pass succeeded. Leaves the database closed and shows nothing.
 bool OpenOutbox(const OutboxServices& services);
 
-/// Reads MaxMessageSize from the table System while OutboxDB is open.
+/// Reads MaxMessageSize from the table System while OutboxDB is open; 160 if that fails.
 void ReadSystemRecord(const OutboxServices& services);
 
 [[nodiscard]] QString BuildInsertMessageSQL(const OutgoingMessage& message);
 
 /// Cuts, inserts and reads the identity back; OutboxDB is open with mode 19. The new msgID, 0 on failure (a
-/// box has told why). Throws OverflowError for a msgID beyond 32767: the row is written by then.
+/// box has told why). An insert that met a lock on every attempt writes no row and shows no box: it returns
+/// the msgID of this connection's insert before, 0 if there was none, and LastError tells. Throws
+/// OverflowError for a msgID beyond 32767: the row is written by then.
 [[nodiscard]] qint16 InsertMessage(const OutboxServices& services, OutgoingMessage message);
 
 /// Cancels a message that the gateway has not taken yet. True if exactly this row was canceled; nothing if

@@ -75,14 +75,27 @@ QString ContactsQuery(qint32 sort) {
                      : QStringLiteral("SELECT * FROM qry_Contacts_By_Surname");
 }
 
-void WriteAlphaKeys(engine::Recordset& row) {
+/// A lock stands in the way of every row behind this one as well; a row that another changed stands alone.
+bool IsLock(const engine::Failure& failure) {
+    const engine::Error& item = failure.Item();
+    return engine::IsTransientError(failure.Number(), item.NativeError, item.SQLState) &&
+           item.SQLState != QString::number(engine::Number::RowChangedByAnother);
+}
+
+/// False if the rows behind this one cannot be written either.
+bool WriteAlphaKeys(engine::Recordset& row) {
     QString name;
     Trap([&] { name = Numbers::NullToString(row.Value(u"cntSurname")); });
     Trap([&] { row.SetValue(u"cntAlphaSurname", mdlPhonebook::GetAlphaKey(name)); });
     name.clear();
     Trap([&] { name = Numbers::NullToString(row.Value(u"cntFirstNames")); });
     Trap([&] { row.SetValue(u"cntAlphaFirstNames", mdlPhonebook::GetAlphaKey(name)); });
-    Trap([&] { row.Update(); });
+    try {
+        row.Update();
+    } catch (const engine::Failure& failure) {
+        return !IsLock(failure);
+    }
+    return true;
 }
 
 }  // namespace
@@ -320,8 +333,8 @@ void RebuildAlphaKeys(const PhonebookState& state) {
         return;
     }
     Trap([&] {
-        for (; !rows->EndOfFile(); rows->MoveNext()) {
-            WriteAlphaKeys(*rows);
+        while (!rows->EndOfFile() && WriteAlphaKeys(*rows)) {
+            rows->MoveNext();
         }
     });
 }

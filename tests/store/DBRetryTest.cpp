@@ -247,4 +247,20 @@ TEST_F(DBRetryTest, AStatementInsideTheWaitOfAnotherDoesNotDisturbIt) {
     EXPECT_FALSE(Database.IsBusy());
 }
 
+TEST_F(DBRetryTest, ADisconnectedSetIsTriedThreeTimesAndOnlyForLocks) {
+    Open();
+    Machine.Engine.Fail(Operation::Recordset, 3260);
+    EXPECT_EQ(Database.DisconnectedSet(QStringLiteral("SELECT * FROM System")), nullptr);
+    EXPECT_EQ(Attempts(Operation::Recordset), 3);
+    EXPECT_EQ(Machine.Time.Sleeps.size(), 3);
+    Machine.Engine.StopFailing();
+    Machine.Engine.Fail(Operation::Recordset, 3260, 4, 5);
+    EXPECT_NE(Database.DisconnectedSet(QStringLiteral("SELECT * FROM System")), nullptr);
+    EXPECT_EQ(Attempts(Operation::Recordset), 6);
+    Machine.Engine.StopFailing();
+    Machine.Engine.Fail(Operation::Recordset, 3078);
+    EXPECT_EQ(Database.DisconnectedSet(QStringLiteral("SELECT * FROM System")), nullptr);
+    EXPECT_EQ(Attempts(Operation::Recordset), 7);
+}
+
 }  // namespace

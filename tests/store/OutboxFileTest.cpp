@@ -257,6 +257,22 @@ TEST_F(OutboxFileTest, AnInsertWhileAnotherProcessKeepsTheFileShowsNothingAndWri
     EXPECT_TRUE(Office.Boxes.Shown.isEmpty());
 }
 
+TEST_F(OutboxFileTest, AnInsertThatAReaderKeepsFromItsEndNeverReturnsANumberThatIsInNoRow) {
+    OpenForWriting();
+    {
+        LockingPeer peer(Office.OutboxPath(), QStringLiteral("shared"));
+        EXPECT_EQ(Insert(AnyMessage()), 0) << "this connection has produced no identity yet";
+    }
+    EXPECT_EQ(Insert(AnyMessage()), 1);
+    {
+        LockingPeer peer(Office.OutboxPath(), QStringLiteral("shared"));
+        EXPECT_EQ(Insert(AnyMessage()), 1) << "the last identity of the connection";
+    }
+    EXPECT_EQ(Office.AddMessageRow({{QStringLiteral("msgText"), QStringLiteral("of another client")}}), 2);
+    EXPECT_EQ(Office.MessageRows().size(), 2);
+    EXPECT_TRUE(Office.Boxes.Shown.isEmpty());
+}
+
 TEST_F(OutboxFileTest, AnInsertThatMeetsALockIsWrittenExactlyOnceWhenTheLockGoes) {
     OpenForWriting();
     LockingPeer peer(Office.OutboxPath(), QStringLiteral("exclusive"));

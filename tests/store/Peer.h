@@ -8,7 +8,8 @@
 /// A second process that holds a lock on a database file until it is told to let go.
 class LockingPeer {
 public:
-    /// `kind` is "reserved" (nobody else writes) or "exclusive" (nobody else reads either).
+    /// `kind` is "shared" (nobody else ends a change), "reserved" (nobody else begins one) or "exclusive"
+    /// (nobody else reads either).
     LockingPeer(const QString& file, const QString& kind) {
         m_process.start(QStringLiteral(STORE_PEER), {QStringLiteral("lock"), file, kind});
         EXPECT_TRUE(m_process.waitForReadyRead()) << "the second process did not get its lock";

@@ -1,6 +1,7 @@
 // A second process on the same database files, as other clients and the gateway are.
 //
-//   store_peer lock FILE reserved|exclusive     holds a lock until its standard input ends; prints "locked"
+//   store_peer lock FILE shared|reserved|exclusive
+//                                               holds a lock until its standard input ends; prints "locked"
 //   store_peer insert FOLDER NAME COUNT         inserts messages with the program's own store; prints "ID
 //   TEXT" lines
 
@@ -17,7 +18,9 @@ namespace {
 
 int HoldLock(const QByteArray& file, const QByteArray& kind) {
     sqlite3* handle = nullptr;
-    const char* begin = kind == "exclusive" ? "BEGIN EXCLUSIVE" : "BEGIN IMMEDIATE";
+    const char* begin = kind == "exclusive"  ? "BEGIN EXCLUSIVE"
+                        : kind == "reserved" ? "BEGIN IMMEDIATE"
+                                             : "BEGIN; SELECT Count(*) FROM sqlite_schema";
     if (sqlite3_open_v2(file.constData(), &handle, SQLITE_OPEN_READWRITE, nullptr) != SQLITE_OK ||
         sqlite3_busy_timeout(handle, 5000) != SQLITE_OK ||
         sqlite3_exec(handle, begin, nullptr, nullptr, nullptr) != SQLITE_OK) {

@@ -1,5 +1,6 @@
 #include "store/Peer.h"
 #include "store/Phonebook.h"
+#include "store/engine/sqlite/LockWait.h"
 #include "support/RawDatabase.h"
 #include "support/TempOffice.h"
 
@@ -29,6 +30,15 @@ protected:
         return Column(mdlPhonebook::GetContacts(State, QString::fromUtf16(letter), sort), u"cntSurname");
     }
     [[nodiscard]] QStringList Groups() const { return Column(mdlPhonebook::GetGroups(State), u"grpName"); }
+    /// Both alpha keys of every contact, as the file has them.
+    [[nodiscard]] QStringList AlphaKeys() {
+        QStringList keys;
+        for (const QVariantMap& row : Office.ContactRows()) {
+            keys.append(row.value(QStringLiteral("cntAlphaSurname")).toString() +
+                        row.value(QStringLiteral("cntAlphaFirstNames")).toString());
+        }
+        return keys;
+    }
     [[nodiscard]] static QStringList Names(std::initializer_list<const char16_t*> names) {
         QStringList list;
         for (const char16_t* name : names) {
@@ -228,6 +238,22 @@ TEST_F(PhonebookFileTest, AnEmptyGroupNameIsRefusedByTheFileWithTheErrorBox) {
     EXPECT_EQ(Office.Boxes.Shown.value(0).Icon, BoxIcon::Critical);
 }
 
+TEST_F(PhonebookFileTest, AGroupThatTheFileRefusesForAReasonOfItsOwnIsNoDuplicate) {
+    Office.AddGroup(QStringLiteral("Staff"));
+    Office.ExecuteOnPhonebook(
+        QStringLiteral("CREATE TRIGGER Closed AFTER INSERT ON ContactGroup BEGIN "
+                       "SELECT RAISE(ABORT, 'no more groups'); END"));
+    Office.Boxes.Expect();
+    EXPECT_EQ(mdlPhonebook::AddGroup(Office.Phonebook(), QStringLiteral("Drivers")), 0);
+    const QString text = Office.Boxes.Shown.value(0).Text;
+    EXPECT_TRUE(text.startsWith(QStringLiteral("An error has ocurred:\r\nGE:0x80004005")))
+        << text.toStdString();
+    EXPECT_TRUE(text.endsWith(QStringLiteral("SQL:3000 - no more groups")));
+    const auto identity = Office.PhonebookDB().ExecuteRecordset(QStringLiteral("SELECT @@IDENTITY AS ID"));
+    ASSERT_NE(identity, nullptr);
+    EXPECT_EQ(identity->Value(u"ID"), QVariant(1)) << "the row that was undone left no number behind";
+}
+
 TEST_F(PhonebookFileTest, ARenameToAnExistingNameQuietlyDoesNothing) {
     const qint16 first = Office.AddGroup(QStringLiteral("Staff"));
     Office.AddGroup(QStringLiteral("Drivers"));
@@ -295,13 +321,32 @@ TEST_F(PhonebookFileTest, RebuildingWritesTheAlphaKeysOfEveryContact) {
         QStringLiteral("UPDATE Contact SET cntAlphaSurname = NULL, cntAlphaFirstNames = 'q'"));
     Office.ExecuteOnPhonebook(QStringLiteral("INSERT INTO Contact (cntFirstnames) VALUES ('tom')"));
     mdlPhonebook::RebuildAlphaKeys(State);
-    RawDatabase file(Office.PhonebookPath());
-    QStringList keys;
-    for (const QVariantMap& row : Office.ContactRows()) {
-        keys.append(row.value(QStringLiteral("cntAlphaSurname")).toString() +
-                    row.value(QStringLiteral("cntAlphaFirstNames")).toString());
+    EXPECT_EQ(AlphaKeys(), Names({u"BM", u"#Z", u"#T"}));
+}
+
+TEST_F(PhonebookFileTest, RebuildingPassesOverAContactThatAnotherHasMeanwhileChanged) {
+    for (const char16_t* surname : {u"Byrne", u"Kelly", u"Walsh"}) {
+        Add(surname, u"Mary");
     }
-    EXPECT_EQ(keys, Names({u"BM", u"#Z", u"#T"}));
+    // As another station's edit, in the moment before the second row is written.
+    Office.ExecuteOnPhonebook(
+        QStringLiteral("UPDATE Contact SET cntAlphaSurname = 'x', cntAlphaFirstNames = 'x'; "
+                       "CREATE TRIGGER Other AFTER UPDATE ON Contact WHEN NEW.cntID = 1 BEGIN "
+                       "UPDATE Contact SET cntNote = 'edited' WHERE cntID = 2; END"));
+    mdlPhonebook::RebuildAlphaKeys(State);
+    EXPECT_EQ(AlphaKeys(), Names({u"BM", u"xx", u"WM"}));
+    EXPECT_EQ(Office.ContactRows().at(1).value(QStringLiteral("cntNote")), QStringLiteral("edited"));
+}
+
+TEST_F(PhonebookFileTest, RebuildingWaitsForALockOnceAndNotForEveryContact) {
+    for (const char16_t* surname : {u"Byrne", u"Kelly", u"Walsh"}) {
+        Add(surname, u"Mary");
+    }
+    LockingPeer peer(Office.PhonebookPath(), QStringLiteral("reserved"));
+    const qint64 start = Office.Time.Ticks();
+    mdlPhonebook::RebuildAlphaKeys(State);
+    EXPECT_LE(Office.Time.Ticks() - start,
+              engine::sqlite::LockWait::MaxWait + engine::sqlite::LockWait::MaxPause);
 }
 
 TEST_F(PhonebookFileTest, RebuildingAPhonebookOfAnEarlierVersionChangesNothing) {

@@ -270,4 +270,17 @@ TEST_F(PhonebookWriteTest, RebuildingGoesOnBehindARowThatAnotherHasChanged) {
     mdlPhonebook::RebuildAlphaKeys(State);
 }
 
+TEST_F(PhonebookWriteTest, RebuildingEndsAtALockBecauseEachRowBehindWouldWaitForItToo) {
+    Open();
+    Office.Engine.Serve(QStringLiteral("FROM Contact"),
+                        {{QStringLiteral("cntSurname"), QStringLiteral("cntFirstnames"),
+                          QStringLiteral("cntAlphaSurname"), QStringLiteral("cntAlphaFirstNames")},
+                         QList<QVariantList>(3, {QString(), QString(), QString(), QString()})});
+    Office.Engine.Fail(Operation::Update, 3218, 2);
+    mdlPhonebook::RebuildAlphaKeys(State);
+    EXPECT_EQ(Office.Engine.Updates.size(), 1);
+    EXPECT_EQ(Office.Engine.Attempts(Operation::Update), 2);
+    EXPECT_EQ(Office.Engine.OpenRecordsets, 0);
+}
+
 }  // namespace

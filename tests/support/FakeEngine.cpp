@@ -30,7 +30,9 @@ public:
         if (EndOfFile()) {
             throw Failure(engine::Number::ItemNotFound, QStringLiteral("No current row."));
         }
-        m_pending.clear();
+        if (!m_pending.isEmpty()) {
+            Update();
+        }
         ++m_row;
     }
     [[nodiscard]] int FieldCount() const override { return static_cast<int>(m_rows.Fields.size()); }
@@ -49,20 +51,22 @@ public:
         if (EndOfFile() || index < 0 || index >= m_rows.Values.at(m_row).size()) {
             throw Failure(engine::Number::ItemNotFound, QStringLiteral("No such item."));
         }
-        return m_rows.Values.at(m_row).at(index);
+        return m_pending.value(m_rows.Fields.at(index), m_rows.Values.at(m_row).at(index));
     }
     void SetValue(QStringView name, const QVariant& value) override {
         const int index = FieldIndex(name);
         if (index < 0 || EndOfFile()) {
             throw Failure(engine::Number::ItemNotFound, QStringLiteral("No such item."));
         }
-        m_rows.Values[m_row][index] = value;
         m_pending.insert(m_rows.Fields.at(index), value);
     }
     void Update() override {
+        const QVariantMap changes = std::exchange(m_pending, {});
         m_engine.Attempt(Operation::Update);
-        m_engine.Updates.append(m_pending);
-        m_pending.clear();
+        m_engine.Updates.append(changes);
+        for (auto change = changes.cbegin(); change != changes.cend(); ++change) {
+            m_rows.Values[m_row][m_rows.Fields.indexOf(change.key())] = *change;
+        }
     }
     void Close() override { CloseOnce(); }
     void Disconnect() override {}

@@ -1,6 +1,7 @@
 #include "larkspan-gateway/GatewayOutbox.h"
 
 #include "larkspan-gateway/MessageStatus.h"
+#include "support/UnreadableDisk.h"
 #include "tools/TestOffice.h"
 
 #include <gtest/gtest.h>
@@ -63,6 +64,24 @@ TEST(GatewayOutbox, AStepThatFailsInTheMiddleLeavesNothingOfIt) {
     EXPECT_EQ(office.Statuses(), (QMap<int, int>{{Waiting, 3}}));
     moves[1].Assignments.clear();
     EXPECT_EQ(outbox.Make(moves).size(), 3);  // and the outbox is ready for the next step
+}
+
+TEST(GatewayOutbox, AStepThatTheDiskTookBackCanBeMadeAgainAsAWhole) {
+    UnreadableDisk disk;
+    TestOffice office;
+    const auto ids = office.AddMessages(3, Noon);
+    GatewayOutbox outbox(office.Machine.Services(), office.Outbox());
+    outbox.Open();
+    const auto moves = QList<StatusMove>{{ids[0], Waiting, Handing, {}}, {ids[1], Waiting, Handing, {}}};
+    disk.Failures = 1;
+    try {
+        static_cast<void>(outbox.Make(moves));
+        ADD_FAILURE() << "the step was made";
+    } catch (const OutboxFailure& failure) {
+        EXPECT_TRUE(failure.CanTryAgain());
+    }
+    EXPECT_EQ(office.Statuses(), (QMap<int, int>{{Waiting, 3}}));
+    EXPECT_EQ(outbox.Make(moves).size(), 2);
 }
 
 TEST(GatewayOutbox, DatesInStatementsHaveEnglishMonths) {

@@ -15,11 +15,11 @@ const QList<CommandOption> CommonOptions = {
 };
 
 QString ProgramHelp() {
-    QString help =
-        QStringLiteral(
-            "usage: %1 COMMAND ...\n\nMakes and checks the data folder that the workstations of an office "
-            "share.\n\nCommands:\n")
-            .arg(Program);
+    QString help = QStringLiteral(
+                       "usage: %1 COMMAND ...\n\nMakes, checks and compacts the data folder that the "
+                       "workstations of an office "
+                       "share.\n\nCommands:\n")
+                       .arg(Program);
     for (const Command& command : AllCommands()) {
         help += QStringLiteral("  %1%2\n").arg(command.Name.leftJustified(22), command.Summary);
     }
@@ -78,7 +78,7 @@ int Dispatch(const QStringList& arguments, const CommandContext& context) {
 }  // namespace
 
 QList<Command> AllCommands() {
-    return {CreateCommand(), CheckCommand()};
+    return {CreateCommand(), CheckCommand(), CompactCommand()};
 }
 
 QString OnlyFolder(const CommandLine& line) {

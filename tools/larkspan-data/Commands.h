@@ -10,3 +10,4 @@
 
 [[nodiscard]] Command CreateCommand();
 [[nodiscard]] Command CheckCommand();
+[[nodiscard]] Command CompactCommand();

@@ -113,6 +113,8 @@ OutboxFailure GatewayOutbox::Failure(const QString& step) const {
         return {step, false};
     }
     const engine::Error item = m_db.Connection()->Errors().constFirst();
+    // A lost transaction is lost as a whole, and as a whole it can be made again.
+    const bool isLost = item.SQLState == QString::number(engine::Number::TransactionLost);
     return {step + QStringLiteral(": ") + item.Description,
-            engine::IsTransientError(engine::GenericFailure, item.NativeError, item.SQLState)};
+            isLost || engine::IsTransientError(engine::GenericFailure, item.NativeError, item.SQLState)};
 }

@@ -47,6 +47,8 @@ public:
     virtual std::unique_ptr<Recordset> OpenRecordset(const QString& sql, CursorType cursor,
                                                      LockType lock) = 0;
 
+    /// A failure that rolls the whole transaction back is never transient: the statements that follow fail
+    /// with TransactionLost until CommitTrans, which fails, or RollbackTrans was called.
     virtual void BeginTrans() = 0;
     virtual void CommitTrans() = 0;
     virtual void RollbackTrans() = 0;

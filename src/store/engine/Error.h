@@ -41,6 +41,7 @@ inline constexpr int SyntaxInInsert = 3134;
 inline constexpr int SyntaxInUpdate = 3144;
 inline constexpr int SyntaxInDelete = 3128;
 inline constexpr int NoSuchTable = 3078;
+inline constexpr int TransactionLost = 3034;  // rolled back by a failure, not by whoever began it
 inline constexpr int OutcomeUnknown = 3146;
 inline constexpr int RowChangedByAnother = 3197;
 inline constexpr int LockedByAnother = 3218;

@@ -17,6 +17,8 @@ public:
 
     /// True behind the last row. "No more rows" and "failed" are different answers: a failure throws.
     [[nodiscard]] virtual bool EndOfFile() const = 0;
+    /// Writes what SetValue changed in the current row, as Update does, and goes on to the next. After a
+    /// failure of the writing the row is still the current one, its changes given up: the next call goes on.
     virtual void MoveNext() = 0;
 
     /// How many rows there are in all; -1 where the engine does not know.
@@ -40,7 +42,7 @@ public:
     /// lock only).
     virtual void SetValue(QStringView name, const QVariant& value) = 0;
     /// Throws Failure RowChangedByAnother if the row was changed since it was read, ReadOnly for a read-only
-    /// set.
+    /// set. Any failure gives the changes up.
     virtual void Update() = 0;
 
     virtual void Close() = 0;

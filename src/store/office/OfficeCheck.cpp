@@ -345,6 +345,11 @@ void Inspection::JudgeNumbers() {
         } else if (use.Last >= NumberUse::Near) {
             Note(QStringLiteral("only %1 %2 numbers are left").arg(use.Left()).arg(use.Name));
         }
+        if (use.Last >= NumberUse::Near && use.Name == QStringLiteral("message")) {
+            Note(
+                QStringLiteral("a fresh outbox counts from 1 again: history.sms of every workstation is put "
+                               "away together with the old outbox"));
+        }
     }
 }
 

@@ -48,4 +48,22 @@ TEST(FakeEngine, ServesPreparedRowsAndCounts) {
     EXPECT_EQ(fake.Statements.size(), 2);
 }
 
+TEST(FakeEngine, MoveNextWritesWhatWasChangedAndAFailureGivesItUp) {
+    FakeEngine fake;
+    fake.Serve(QStringLiteral("FROM Contact"), {{QStringLiteral("cntNote")}, {{1}, {2}}});
+    fake.Fail(Operation::Update, 3197, 1, 1);
+    auto connection = fake.NewConnection();
+    connection->Open(QStringLiteral("x.mdb"));
+    const auto rows = connection->OpenRecordset(QStringLiteral("SELECT * FROM Contact"),
+                                                engine::CursorType::Dynamic, engine::LockType::Optimistic);
+    rows->SetValue(u"cntNote", 7);
+    EXPECT_EQ(rows->Value(u"cntNote"), QVariant(7));
+    EXPECT_EQ(StateOf([&] { rows->MoveNext(); }), QStringLiteral("3197"));
+    EXPECT_EQ(rows->Value(u"cntNote"), QVariant(1));
+    rows->MoveNext();
+    rows->SetValue(u"cntNote", 8);
+    rows->MoveNext();
+    EXPECT_EQ(fake.Updates, (QList<QVariantMap>{{{QStringLiteral("cntNote"), 8}}}));
+}
+
 }  // namespace

@@ -84,21 +84,22 @@ protected:
         EXPECT_NE(rows, nullptr) << db.LastError().toStdString();
         return rows;
     }
+    static void FillTexts(ContactFields* fields, RandomText& texts) {
+        for (QString* text : {&fields->Surname, &fields->Firstnames, &fields->Phone, &fields->Note,
+                              &fields->UserFields[0], &fields->UserFields[1], &fields->UserFields[2]}) {
+            *text = texts.Next();
+        }
+    }
     /// Written into every row of a table's column by a built statement and read back.
-    void ExpectColumnKeepsTexts(const QString& table, const QString& column, int rounds,
-                                bool canBeEmpty = true) {
-        DB& db = Office.PhonebookDB();
+    static void ExpectColumnKeepsTexts(DB& db, const QString& table, const QString& column) {
         RandomText texts(static_cast<quint32>(qHash(column, 1)));
         ASSERT_TRUE(db.BeginTransaction());
-        for (int i = 0; i < rounds; ++i) {
+        for (int i = 0; i < Rounds(); ++i) {
             const QString text = texts.Next();
             const QString sql = QStringLiteral("UPDATE %1 SET %2 = ").arg(table, column) + Quoted(text);
-            const bool isRefused = !canBeEmpty && text.isEmpty();
-            ASSERT_EQ(db.Execute(sql), !isRefused) << db.LastError().toStdString();
-            if (!isRefused) {
-                ASSERT_EQ(Rows(db, QStringLiteral("SELECT %1 FROM %2").arg(column, table))->Value(0),
-                          QVariant(text));
-            }
+            ASSERT_EQ(db.ExecuteRecordResult(sql), 1) << db.LastError().toStdString();
+            ASSERT_EQ(Rows(db, QStringLiteral("SELECT %1 FROM %2").arg(column, table))->Value(0),
+                      QVariant(text));
         }
         ASSERT_TRUE(db.CommitTransaction());
     }
@@ -174,14 +175,11 @@ TEST_F(RandomTextTest, EveryTextColumnOfAContactKeepsAnyText) {
     ASSERT_TRUE(db.BeginTransaction());
     for (int i = 0; i < Rounds(); ++i) {
         ContactFields fields;
-        for (QString* text : {&fields.Surname, &fields.Firstnames, &fields.Phone, &fields.Note,
-                              &fields.UserFields[0], &fields.UserFields[1], &fields.UserFields[2]}) {
-            *text = texts.Next();
-        }
+        FillTexts(&fields, texts);
         const qint32 id = mdlPhonebook::AddContact(Office.Phonebook(), fields);
         ASSERT_EQ(id, i + 1) << db.LastError().toStdString();
         if (i % 2 == 1) {
-            fields.Note = texts.Next();
+            FillTexts(&fields, texts);
             ASSERT_TRUE(mdlPhonebook::UpdateContact(Office.Phonebook(), id, fields));
         }
         const auto row = mdlPhonebook::GetContactByID(Office.PhonebookValues, id);
@@ -194,25 +192,93 @@ TEST_F(RandomTextTest, EveryTextColumnOfAContactKeepsAnyText) {
         ASSERT_EQ(row->Value(u"cntUserField2"), QVariant(fields.UserFields[1]));
         ASSERT_EQ(row->Value(u"cntUserField3"), QVariant(fields.UserFields[2]));
         ASSERT_EQ(row->Value(u"cntAlphaSurname"), QVariant(mdlPhonebook::GetAlphaKey(fields.Surname)));
+        ASSERT_EQ(row->Value(u"cntAlphaFirstNames"), QVariant(mdlPhonebook::GetAlphaKey(fields.Firstnames)));
     }
     ASSERT_TRUE(db.CommitTransaction());
     EXPECT_EQ(Rows(db, QStringLiteral("SELECT Count(*) FROM Contact"))->Value(0), QVariant(Rounds()));
 }
 
+TEST_F(RandomTextTest, TheErrorReasonOfAMessageKeepsAnyText) {
+    DB& db = Office.OutboxDB();
+    ASSERT_TRUE(db.OpenDatabase(engine::Mode::ReadWriteShared));
+    ASSERT_TRUE(db.Execute(QStringLiteral("INSERT INTO Message (msgText) VALUES ('x')")));
+    ExpectColumnKeepsTexts(db, QStringLiteral("Message"), QStringLiteral("msgErrorReason"));
+}
+
 TEST_F(RandomTextTest, EveryTextColumnOfTheConfigRowKeepsAnyText) {
-    for (const auto& column : {u"cfgCompany", u"cfgNumberPrefix", u"cfgEditPassword",
-                               u"cfgEditHiddenPassword", u"cfgPublicHistoryPassword", u"cfgReportPassword"}) {
-        ExpectColumnKeepsTexts(QStringLiteral("Config"), QString::fromUtf16(column), Rounds());
+    for (const auto& column : {u"cfgCompany", u"cfgNumberPrefix"}) {
+        ExpectColumnKeepsTexts(Office.PhonebookDB(), QStringLiteral("Config"), QString::fromUtf16(column));
     }
 }
 
-TEST_F(RandomTextTest, TailsCaptionsAndGroupNamesKeepAnyText) {
-    ASSERT_TRUE(Office.PhonebookDB().Execute(
-        QStringLiteral("INSERT INTO MessageTail (mtlText, mtlDefault) VALUES ('tail', TRUE)")));
-    ExpectColumnKeepsTexts(QStringLiteral("MessageTail"), QStringLiteral("mtlText"), Rounds());
-    ExpectColumnKeepsTexts(QStringLiteral("UserFields"), QStringLiteral("hdrFieldCaption"), Rounds());
-    Office.AddGroup(QStringLiteral("Work"));
-    ExpectColumnKeepsTexts(QStringLiteral("ContactGroup"), QStringLiteral("grpName"), Rounds(), false);
+TEST_F(RandomTextTest, TheFourPasswordsKeepAnyTextInTheirOneStatement) {
+    DB& db = Office.PhonebookDB();
+    RandomText texts(6);
+    ASSERT_TRUE(db.BeginTransaction());
+    for (int i = 0; i < Rounds(); ++i) {
+        const QStringList values = {texts.Next(), texts.Next(), texts.Next(), texts.Next()};
+        const QString sql = QStringLiteral("UPDATE Config SET cfgEditPassword = ") + Quoted(values[0]) +
+                            QStringLiteral(",cfgEditHiddenPassword = ") + Quoted(values[1]) +
+                            QStringLiteral(",cfgPublicHistoryPassword = ") + Quoted(values[2]) +
+                            QStringLiteral(",cfgReportPassword = ") + Quoted(values[3]);
+        ASSERT_EQ(db.ExecuteRecordResult(sql), 1) << db.LastError().toStdString();
+        const auto row = Rows(db, QStringLiteral("SELECT cfgEditPassword, cfgEditHiddenPassword, "
+                                                 "cfgPublicHistoryPassword, cfgReportPassword FROM Config"));
+        for (int column = 0; column < values.size(); ++column) {
+            ASSERT_EQ(row->Value(column), QVariant(values[column]));
+        }
+    }
+    ASSERT_TRUE(db.CommitTransaction());
+}
+
+TEST_F(RandomTextTest, ATailGoesInAsItIs) {
+    DB& db = Office.PhonebookDB();
+    RandomText texts(7);
+    ASSERT_TRUE(db.BeginTransaction());
+    for (int i = 0; i < Rounds(); ++i) {
+        const QString text = texts.Next();
+        ASSERT_TRUE(db.Execute(QStringLiteral("DELETE FROM MessageTail")));
+        ASSERT_TRUE(db.Execute(QStringLiteral("INSERT INTO MessageTail (mtlText, mtlDefault) VALUES (") +
+                               Quoted(text) + QStringLiteral(", TRUE)")))
+            << db.LastError().toStdString();
+        ASSERT_EQ(mdlPhonebook::GetMessageTails(Office.PhonebookValues)->Value(u"mtlText"), QVariant(text));
+    }
+    ASSERT_TRUE(db.CommitTransaction());
+}
+
+TEST_F(RandomTextTest, TheCaptionsOfTheUserFieldsAreSavedAsTheyAre) {
+    DB& db = Office.PhonebookDB();
+    RandomText texts(8);
+    ASSERT_TRUE(db.BeginTransaction());
+    for (int i = 0; i < Rounds(); ++i) {
+        const QStringList captions = {texts.Next(), texts.Next(), texts.Next()};
+        mdlPhonebook::SaveUserFieldHeaders(Office.PhonebookValues, captions);
+        ASSERT_EQ(mdlPhonebook::GetUserFieldHeaders(Office.PhonebookValues), captions)
+            << db.LastError().toStdString();
+    }
+    ASSERT_TRUE(db.CommitTransaction());
+}
+
+TEST_F(RandomTextTest, AGroupIsNamedByItsFirst10CharactersAndRenamedByItsFirst6) {
+    DB& db = Office.PhonebookDB();
+    RandomText texts(9);
+    const auto nameOf = [&](qint16 id) {
+        return Rows(db, QStringLiteral("SELECT grpName FROM ContactGroup WHERE grpID = %1").arg(id))
+            ->Value(0);
+    };
+    ASSERT_TRUE(db.BeginTransaction());
+    for (int i = 0; i < Rounds(); ++i) {
+        // An empty name and one that another group has are refused; there is one group at a time.
+        const QString name = QStringLiteral("n") + texts.Next();
+        const QString rename = QStringLiteral("r") + texts.Next();
+        const qint16 id = mdlPhonebook::AddGroup(Office.Phonebook(), name);
+        ASSERT_GT(id, 0) << db.LastError().toStdString();
+        ASSERT_EQ(nameOf(id), QVariant(name.left(10)));
+        mdlPhonebook::RenameGroup(Office.PhonebookValues, id, rename);
+        ASSERT_EQ(nameOf(id), QVariant(rename.left(6)));
+        ASSERT_TRUE(mdlPhonebook::DeleteGroup(Office.PhonebookValues, id));
+    }
+    ASSERT_TRUE(db.CommitTransaction());
 }
 
 TEST_F(RandomTextTest, TextsThatAreComparedFindThemselves) {

@@ -8,17 +8,20 @@
 namespace {
 
 /// How a statement is given to DB.
-enum class By { OpenDynaset, ExecuteRecordset, Execute, ExecuteRecordResult };
+enum class By { OpenDynaset, DynamicSet, ExecuteRecordset, Execute, ExecuteRecordResult };
 enum class File { Outbox, Phonebook };
 
 /// A statement as the program builds it, to the letter, and what it must give on the office below. Rows are
 /// the values of all fields, joined by "|", one row after the other by "\n"; for statements without rows the
-/// number of rows affected; "-" for none at all.
+/// number of rows affected; "-" for none at all. What says nothing but "done" is proved by another statement
+/// and its rows.
 struct Row {
     File On;
     By Way;
     const char16_t* Sql;
     const char16_t* Expected;
+    const char16_t* Proof = nullptr;
+    const char16_t* ProofRows = nullptr;
 };
 
 QString Show(const QVariant& value) {
@@ -90,6 +93,11 @@ protected:
         return Office.OutboxDB();
     }
 
+    [[nodiscard]] static QString ReadRows(DB& db, const QString& sql) {
+        return ShowRows(
+            db.OpenDynaset(sql, engine::CursorType::ForwardOnly, engine::LockType::ReadOnly).get());
+    }
+
     TempOffice Office;
 };
 
@@ -100,8 +108,11 @@ TEST_P(StatementsTest, RunsUnchangedAndGivesItsRows) {
     QString result;
     switch (row.Way) {
         case By::OpenDynaset:
+            result = ReadRows(db, sql);
+            break;
+        case By::DynamicSet:
             result = ShowRows(
-                db.OpenDynaset(sql, engine::CursorType::ForwardOnly, engine::LockType::ReadOnly).get());
+                db.OpenDynaset(sql, engine::CursorType::Dynamic, engine::LockType::Optimistic).get());
             break;
         case By::ExecuteRecordset:
             result = ShowRows(db.ExecuteRecordset(sql).get());
@@ -114,6 +125,10 @@ TEST_P(StatementsTest, RunsUnchangedAndGivesItsRows) {
             break;
     }
     EXPECT_EQ(result, QString::fromUtf16(row.Expected)) << db.LastError().toStdString();
+    ASSERT_EQ(row.Proof != nullptr, row.Way == By::Execute) << "a bare success proves nothing";
+    if (row.Proof != nullptr) {
+        EXPECT_EQ(ReadRows(db, QString::fromUtf16(row.Proof)), QString::fromUtf16(row.ProofRows));
+    }
     EXPECT_TRUE(Office.Time.Sleeps.isEmpty()) << "was tried again";
 }
 
@@ -124,7 +139,9 @@ constexpr Row OutboxRows[] = {
      u"msgBodyTextSize)"
      u" VALUES ('O''Neill','+353','It''s a [text] with #signs# and 100%',#07/Mar/2026 "
      u"14:30:15#,'Sig','PC1',12)",
-     u"done"},
+     u"done", u"SELECT * FROM Message WHERE msgID = 7",
+     u"7|O'Neill|+353|It's a [text] with #signs# and 100%|2026-03-07 "
+     u"14:30:15|Sig|PC1|12|0|false|NULL|NULL|NULL|NULL|NULL"},
     {File::Outbox, By::ExecuteRecordset, u"SELECT @@IDENTITY AS ID", u"0"},
     {File::Outbox, By::ExecuteRecordResult,
      u"UPDATE Message SET msgComplete = TRUE, msgStatus = 2, msgErrorReason ='Canceled by user' WHERE msgID "
@@ -196,6 +213,11 @@ constexpr Row OutboxRows[] = {
      u"23|0.23|3|Ann|+1\n16|0.16|2|Dan|+4\n7|0.07|1|Bob|+2\nNULL|NULL|NULL|Cat|+3"},
 };
 
+constexpr const char16_t* AllContacts =
+    u"1|O'Neill|Mary|+1|false|false|O|M|NULL|red|NULL|NULL\n2|adams|Zoe|+2|false|false|A|Z|NULL|NULL|NULL|"
+    u"NULL\n3|Adams|Bill|+3|false|false|A|B|NULL|blue|NULL|NULL\n4|4You|Shop|+4|false|false|#|S|NULL|NULL|"
+    u"NULL|NULL";
+
 constexpr Row PhonebookRows[] = {
     {File::Phonebook, By::OpenDynaset, u"SELECT * FROM Config", u"2|true||+|false||||"},
     {File::Phonebook, By::OpenDynaset, u"SELECT * FROM qry_Groups;", u"2|Home\n1|Work"},
@@ -203,6 +225,17 @@ constexpr Row PhonebookRows[] = {
      u"3|Adams|Bill|+3|false|false|A|B|NULL|blue|NULL|NULL|2"},
     {File::Phonebook, By::OpenDynaset, u"SELECT * FROM MessageTail",
      u"the longest tail|false\ntail|true\na tail|false"},
+    {File::Phonebook, By::OpenDynaset, u"SELECT * FROM Contact", AllContacts},
+    {File::Phonebook, By::DynamicSet, u"SELECT * FROM Contact", AllContacts},
+    {File::Phonebook, By::OpenDynaset, u"SELECT * FROM qry_Contacts_By_Surname",
+     u"4|4You|Shop|+4|false|false|#|S|NULL|NULL|NULL|NULL\n3|Adams|Bill|+3|false|false|A|B|NULL|blue|NULL|"
+     u"NULL\n2|adams|Zoe|+2|false|false|A|Z|NULL|NULL|NULL|NULL\n1|O'Neill|Mary|+1|false|false|O|M|NULL|red|"
+     u"NULL|NULL"},
+    {File::Phonebook, By::OpenDynaset, u"SELECT * FROM qry_Contacts_By_Firstname",
+     u"3|Adams|Bill|+3|false|false|A|B|NULL|blue|NULL|NULL\n1|O'Neill|Mary|+1|false|false|O|M|NULL|red|NULL|"
+     u"NULL\n4|4You|Shop|+4|false|false|#|S|NULL|NULL|NULL|NULL\n2|adams|Zoe|+2|false|false|A|Z|NULL|NULL|"
+     u"NULL|NULL"},
+    {File::Phonebook, By::ExecuteRecordset, u"SELECT @@IDENTITY AS ID", u"0"},
     {File::Phonebook, By::OpenDynaset, u"SELECT * FROM Contact WHERE cntID = 1",
      u"1|O'Neill|Mary|+1|false|false|O|M|NULL|red|NULL|NULL"},
     {File::Phonebook, By::OpenDynaset, u"SELECT * FROM Contact WHERE cntID = 77", u""},
@@ -237,30 +270,41 @@ constexpr Row PhonebookRows[] = {
      u"cntAlphaFirstNames, cntNote, cntUserField1, cntUserField2, cntUserField3) VALUES "
      u"('O''Neill','','+353',TRUE,FALSE,"
      u"'O','#','','','','')",
-     u"done"},
+     u"done", u"SELECT * FROM Contact WHERE cntID = 5", u"5|O'Neill||+353|true|false|O|#||||"},
     {File::Phonebook, By::Execute,
      u"UPDATE Contact SET cntSurname = 'O''Neill',cntFirstnames ='x',cntPhone ='+1',cntConfirmSend = TRUE,"
      u"cntPrivateNumber = FALSE,cntAlphaSurname ='O',cntAlphaFirstNames = 'X',cntNote = '',cntUserField1 = "
      u"'',"
      u"cntUserField2 = '',cntUserField3 = '' WHERE cntID = 1",
-     u"done"},
+     u"done", u"SELECT * FROM Contact WHERE cntID = 1", u"1|O'Neill|x|+1|true|false|O|X||||"},
     {File::Phonebook, By::ExecuteRecordResult, u"DELETE FROM Contact WHERE cntID = 4", u"1"},
     {File::Phonebook, By::ExecuteRecordResult, u"DELETE FROM Contact WHERE cntID = 44", u"0"},
-    {File::Phonebook, By::Execute, u"DELETE FROM GroupMember WHERE grpID = 1 AND cntID = 2", u"done"},
+    {File::Phonebook, By::Execute, u"DELETE FROM GroupMember WHERE grpID = 1 AND cntID = 2", u"done",
+     u"SELECT grpID, cntID FROM GroupMember ORDER BY grpID, cntID", u"1|1\n2|3"},
     {File::Phonebook, By::ExecuteRecordResult, u"DELETE FROM ContactGroup WHERE grpID = 1", u"1"},
-    {File::Phonebook, By::Execute, u"INSERT INTO GroupMember (grpID, cntID) VALUES (2,1)", u"done"},
-    {File::Phonebook, By::Execute, u"INSERT INTO GroupMember (grpID, cntID) VALUES (1,1)", u"-"},
-    {File::Phonebook, By::Execute, u"INSERT INTO ContactGroup (grpName) VALUES ('New')", u"done"},
-    {File::Phonebook, By::Execute, u"INSERT INTO ContactGroup (grpName) VALUES ('WORK')", u"-"},
-    {File::Phonebook, By::Execute, u"INSERT INTO ContactGroup (grpName) VALUES ('')", u"-"},
-    {File::Phonebook, By::Execute, u"UPDATE ContactGroup SET grpName = 'Club' WHERE grpID = 1", u"done"},
-    {File::Phonebook, By::Execute, u"UPDATE ContactGroup SET grpName = 'home' WHERE grpID = 1", u"-"},
+    {File::Phonebook, By::Execute, u"INSERT INTO GroupMember (grpID, cntID) VALUES (2,1)", u"done",
+     u"SELECT grpID, cntID FROM GroupMember ORDER BY grpID, cntID", u"1|1\n1|2\n2|1\n2|3"},
+    {File::Phonebook, By::Execute, u"INSERT INTO GroupMember (grpID, cntID) VALUES (1,1)", u"-",
+     u"SELECT grpID, cntID FROM GroupMember ORDER BY grpID, cntID", u"1|1\n1|2\n2|3"},
+    {File::Phonebook, By::Execute, u"INSERT INTO ContactGroup (grpName) VALUES ('New')", u"done",
+     u"SELECT * FROM qry_Groups;", u"2|Home\n3|New\n1|Work"},
+    {File::Phonebook, By::Execute, u"INSERT INTO ContactGroup (grpName) VALUES ('WORK')", u"-",
+     u"SELECT * FROM qry_Groups;", u"2|Home\n1|Work"},
+    {File::Phonebook, By::Execute, u"INSERT INTO ContactGroup (grpName) VALUES ('')", u"-",
+     u"SELECT * FROM qry_Groups;", u"2|Home\n1|Work"},
+    {File::Phonebook, By::Execute, u"UPDATE ContactGroup SET grpName = 'Club' WHERE grpID = 1", u"done",
+     u"SELECT * FROM qry_Groups;", u"1|Club\n2|Home"},
+    {File::Phonebook, By::Execute, u"UPDATE ContactGroup SET grpName = 'home' WHERE grpID = 1", u"-",
+     u"SELECT * FROM qry_Groups;", u"2|Home\n1|Work"},
     {File::Phonebook, By::ExecuteRecordResult,
      u"UPDATE UserFields SET hdrFieldCaption = 'Town' WHERE hdrFieldID = 2", u"1"},
     {File::Phonebook, By::ExecuteRecordResult, u"UPDATE Config SET cfgCompany = 'O''Neill & Co'", u"1"},
     {File::Phonebook, By::ExecuteRecordResult, u"DELETE FROM MessageTail", u"3"},
     {File::Phonebook, By::Execute, u"INSERT INTO MessageTail (mtlText, mtlDefault) VALUES ('', FALSE)",
-     u"done"},
+     u"done", u"SELECT * FROM MessageTail", u"the longest tail|false\ntail|true\na tail|false\n|false"},
+    {File::Phonebook, By::Execute,
+     u"INSERT INTO MessageTail (mtlText, mtlDefault) VALUES ('Mary''s desk', TRUE)", u"done",
+     u"SELECT * FROM MessageTail WHERE mtlDefault = TRUE", u"tail|true\nMary's desk|true"},
     {File::Phonebook, By::ExecuteRecordResult,
      u"UPDATE Config SET cfgEditPassword = 'a',cfgEditHiddenPassword = 'b''c',cfgPublicHistoryPassword = '',"
      u"cfgReportPassword = 'd'",
@@ -279,6 +323,23 @@ TEST_F(StatementEffectsTest, TheIdentityFollowsAnInsertOnTheSameConnection) {
     ASSERT_TRUE(db.Execute(QStringLiteral("INSERT INTO Message (msgText) VALUES ('x')")));
     EXPECT_EQ(ShowRows(db.ExecuteRecordset(QStringLiteral("SELECT @@IDENTITY AS ID")).get()),
               QStringLiteral("7"));
+}
+
+TEST_F(StatementEffectsTest, AListOf250MessagesIsOneStatement) {
+    DB& db = Opened(File::Outbox);
+    constexpr int Listed = 250;
+    QStringList terms;
+    for (int id = Listed; id >= 1; --id) {
+        terms.append(QStringLiteral("MsgID = %1").arg(id));
+    }
+    const QString columns = QStringLiteral("SELECT msgID, msgStatus FROM Message WHERE ");
+    EXPECT_EQ(ReadRows(db, columns + terms.join(QStringLiteral(" OR ")) +
+                               QStringLiteral(" ORDER BY msgSendTime DESC;")),
+              QStringLiteral("5|0\n2|0\n4|2\n3|3\n6|5\n1|5"));
+    terms.removeLast();
+    QStringList rows = ReadRows(db, columns + terms.join(QStringLiteral(" OR "))).split(u'\n');
+    rows.sort();
+    EXPECT_EQ(rows.join(u' '), QStringLiteral("2|0 3|3 4|2 5|0 6|5"));
 }
 
 TEST_F(StatementEffectsTest, ADuplicateGroupNameShowsInTheErrorText) {

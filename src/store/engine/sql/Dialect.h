@@ -24,7 +24,8 @@ public:
     virtual void CheckTable(QStringView name) const = 0;
     virtual void CheckColumn(QStringView name) const = 0;
 
-    /// Stands behind the left side of a comparison with a text, which has no regard to case.
+    /// Stands behind the left side of a comparison with a text, and behind a column of texts that rows are
+    /// grouped or ordered by: neither has regard to case.
     [[nodiscard]] virtual QByteArrayView TextComparison() const = 0;
     /// The operator that matches % and _ without regard to case.
     [[nodiscard]] virtual QByteArrayView Like() const = 0;

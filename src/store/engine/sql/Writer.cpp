@@ -40,8 +40,8 @@ bool IsText(const Expression& expression) {
 
 class Writer {
 public:
-    Writer(const Dialect& dialect, QByteArrayView extraColumn)
-        : m_dialect(dialect), m_extraColumn(extraColumn) {
+    Writer(const Dialect& dialect, QByteArrayView extraColumn, const QStringList& textColumns)
+        : m_dialect(dialect), m_extraColumn(extraColumn), m_textColumns(textColumns) {
         constexpr qsizetype UsualLength = 512;
         m_out.Sql.reserve(UsualLength);
     }
@@ -97,18 +97,27 @@ private:
         WriteWhere(select.Where);
         if (!select.GroupBy.empty()) {
             Put(" GROUP BY ");
-            PutList(select.GroupBy, [this](const Expression& term) { Write(term); });
+            PutList(select.GroupBy, [this](const Expression& term) { WriteOrdered(term); });
         }
         if (!select.OrderBy.empty()) {
             Put(" ORDER BY ");
             PutList(select.OrderBy, [this](const OrderItem& item) {
-                Write(item.Value);
+                WriteOrdered(item.Value);
                 Put(item.IsDescending ? " DESC" : "");
             });
         }
         if (select.Top) {
             Put(" LIMIT ");
             PutValue(*select.Top);
+        }
+    }
+
+    /// What rows are grouped or ordered by.
+    void WriteOrdered(const Expression& term) {
+        Write(term);
+        if (term.Kind == ExpressionKind::Column &&
+            m_textColumns.contains(term.Column.Column, Qt::CaseInsensitive)) {
+            Put(m_dialect.TextComparison());
         }
     }
 
@@ -300,14 +309,16 @@ private:
 
     const Dialect& m_dialect;
     QByteArrayView m_extraColumn;
+    const QStringList& m_textColumns;
     Written m_out;
     int m_nesting = 0;
 };
 
 }  // namespace
 
-Written Write(const Statement& statement, const Dialect& dialect, QByteArrayView extraColumn) {
-    return Writer(dialect, extraColumn).Run(statement);
+Written Write(const Statement& statement, const Dialect& dialect, QByteArrayView extraColumn,
+              const QStringList& textColumns) {
+    return Writer(dialect, extraColumn, textColumns).Run(statement);
 }
 
 }  // namespace engine::sql

@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 #include <QByteArrayView>
+#include <QStringList>
 
 #include <vector>
 
@@ -19,8 +20,9 @@ struct Written {
 };
 
 /// Writes a tree in an engine's dialect. `extraColumn`, if not empty, is put behind the columns of a SELECT
-/// as it stands. Throws Failure for names that the dialect refuses.
+/// as it stands. `textColumns` are the columns that hold text, by name without regard to case: rows are
+/// grouped and ordered by them as texts are compared. Throws Failure for names that the dialect refuses.
 [[nodiscard]] Written Write(const Statement& statement, const Dialect& dialect,
-                            QByteArrayView extraColumn = {});
+                            QByteArrayView extraColumn = {}, const QStringList& textColumns = {});
 
 }  // namespace engine::sql

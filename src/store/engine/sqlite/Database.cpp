@@ -6,6 +6,9 @@
 
 #include <QFile>
 
+#include <new>
+#include <utility>
+
 namespace engine::sqlite {
 
 namespace {
@@ -72,24 +75,33 @@ void Database::Run(const char* sql, Doing doing) {
     }
 }
 
-sqlite3_stmt* Database::Prepare(const QByteArray& sql, int* code) {
+PreparedStatement Database::Prepare(const QByteArray& sql, int* code) {
     *code = SQLITE_OK;
-    if (const auto found = m_statements.find(sql); found != m_statements.end()) {
-        return found->second.get();
+    if (const auto found = m_idle.find(sql); found != m_idle.end()) {
+        return std::move(m_idle.extract(found).mapped());
     }
     sqlite3_stmt* statement = nullptr;
     *code = WhileLocked([&] {
         return sqlite3_prepare_v3(m_handle.get(), sql.constData(), static_cast<int>(sql.size()) + 1,
                                   SQLITE_PREPARE_PERSISTENT, &statement, nullptr);
     });
-    if (*code != SQLITE_OK) {
-        return nullptr;
+    PreparedStatement prepared{sql, {}};
+    prepared.Handle.reset(statement);
+    return prepared;
+}
+
+void Database::GiveBack(PreparedStatement statement) noexcept {
+    sqlite3_reset(statement.Handle.get());
+    sqlite3_clear_bindings(statement.Handle.get());
+    try {
+        if (m_idle.size() >= MaxStatements) {
+            m_idle.clear();
+        }
+        const QByteArray sql = statement.Sql;
+        m_idle.insert_or_assign(sql, std::move(statement));
+    } catch (const std::bad_alloc&) {
+        // It is made anew when it is wanted again.
     }
-    if (m_statements.size() >= MaxStatements) {
-        m_statements.clear();
-    }
-    m_statements.emplace(sql, StatementHandle(statement));
-    return statement;
 }
 
 int Database::Step(sqlite3_stmt* statement) {

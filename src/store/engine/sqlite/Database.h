@@ -20,8 +20,11 @@ namespace engine::sqlite {
 struct StatementCloser {
     void operator()(sqlite3_stmt* statement) const;
 };
-/// A prepared statement.
-using StatementHandle = std::unique_ptr<sqlite3_stmt, StatementCloser>;
+/// A statement that is ready to run, and its text.
+struct PreparedStatement {
+    QByteArray Sql;
+    std::unique_ptr<sqlite3_stmt, StatementCloser> Handle;
+};
 
 /// One SQLite connection, open from construction to destruction: rollback journal that stays in place
 /// (PERSIST: works on network folders, and no file is made or deleted for a commit), full synchronisation,
@@ -41,9 +44,11 @@ public:
 
     /// Runs statements of SQLite's own, which have no values of users in them. Starts a new wait.
     void Run(const char* sql, Doing doing);
-    /// Makes a statement ready, or takes it from the last ones used. Reset by whoever used it, and valid
-    /// until the next call. `code` gets SQLite's answer; none is returned if it is not SQLITE_OK.
-    [[nodiscard]] sqlite3_stmt* Prepare(const QByteArray& sql, int* code);
+    /// Makes a statement ready, or takes it from those that were given back. It is the caller's, whatever is
+    /// prepared meanwhile. `code` gets SQLite's answer; there is no Handle if it is not SQLITE_OK.
+    [[nodiscard]] PreparedStatement Prepare(const QByteArray& sql, int* code);
+    /// Resets a statement, takes its values away and keeps it for the next use.
+    void GiveBack(PreparedStatement statement) noexcept;
     /// One step of a statement; starts over as long as a lock stands in the way and there is time.
     [[nodiscard]] int Step(sqlite3_stmt* statement);
 
@@ -57,7 +62,7 @@ private:
 
     LockWait m_wait;
     std::unique_ptr<sqlite3, Closer> m_handle;
-    std::unordered_map<QByteArray, StatementHandle> m_statements;
+    std::unordered_map<QByteArray, PreparedStatement> m_idle;  // by their text; none is in use
 };
 
 }  // namespace engine::sqlite

@@ -10,8 +10,14 @@ namespace engine::sqlite {
 
 namespace {
 
+constexpr int OtherError = 3000;  // "reserved error"
+
 int ForConstraint(int code, Doing doing) {
     switch (code) {
+        case SQLITE_CONSTRAINT_UNIQUE:
+        case SQLITE_CONSTRAINT_PRIMARYKEY:
+        case SQLITE_CONSTRAINT_ROWID:
+            return Number::DuplicateKey;
         case SQLITE_CONSTRAINT_NOTNULL:
             return Number::RequiredValueMissing;
         case SQLITE_CONSTRAINT_CHECK:
@@ -21,7 +27,7 @@ int ForConstraint(int code, Doing doing) {
         case SQLITE_CONSTRAINT_DATATYPE:
             return Number::DataTypeMismatch;
         default:
-            return Number::DuplicateKey;
+            return OtherError;
     }
 }
 
@@ -81,7 +87,6 @@ int SystemErrorOf(sqlite3* database) {
 
 int NumberFor(int code, Doing doing, int systemError) {
     constexpr int PrimaryCode = 0xFF;
-    constexpr int OtherError = 3000;  // "reserved error"
     switch (code & PrimaryCode) {
         case SQLITE_BUSY:
         case SQLITE_PROTOCOL:

@@ -3,6 +3,7 @@
 #include "platform/Clock.h"
 #include "platform/Drives.h"
 #include "store/engine/Error.h"
+#include "store/engine/FileConnection.h"
 #include "store/engine/sqlite/Database.h"
 
 #include <QFile>
@@ -142,6 +143,14 @@ void CreateOutboxFile(const QString& path) {
 
 void CreatePhonebookFile(const QString& path) {
     CreateFile(path, {PhonebookTables, PhonebookQueries, PhonebookRows});
+}
+
+void CompactFile(const QString& path) {
+    const QString native = NativePath(path);
+    engine::FileInspector().CheckSqlite(native);
+    SystemClock clock;
+    // The journal that stays in place is as large as the largest change before.
+    Database(native, clock).Run("PRAGMA journal_size_limit = 0; VACUUM", Doing::Copy);
 }
 
 }  // namespace OfficeFiles

@@ -23,4 +23,9 @@ void CreateOutboxFile(const QString& path);
 /// asked for by the switch /wizard.
 void CreatePhonebookFile(const QString& path);
 
+/// Writes a file anew without the room of deleted rows, in its place, under SQLite's own locks: others may
+/// have it open, and an interruption leaves the old or the new state. Needs free room of twice the file's
+/// size. Throws engine::Failure, NoSuchFile and NotADatabase among them.
+void CompactFile(const QString& path);
+
 }  // namespace OfficeFiles

@@ -7,39 +7,49 @@
 #include <sqlite3.h>
 
 #include <QDateTime>
+#include <QScopeGuard>
 
 #include <algorithm>
+#include <utility>
 
 namespace engine::sqlite {
 
 namespace {
 
 constexpr int PrimaryCode = 0xFF;
-constexpr const char* RowIdentity = "rowid";
+constexpr QByteArrayView RowIdentity = "rowid";
 
 QString ToText(const QDate& day, const QTime& time) {
     return day.toString(Qt::ISODate) + u' ' + time.toString(QStringLiteral("hh:mm:ss"));
 }
 
-/// Puts values to a statement's parameters; resets the statement when it ends. Texts live as long as it does.
+/// A statement in use and the values of its parameters; goes back to the database when it ends. Texts live as
+/// long as it does.
 class Binding {
 public:
-    Binding(sqlite3_stmt* statement, std::size_t count) : m_statement(statement) { m_texts.reserve(count); }
-    ~Binding() {
-        sqlite3_reset(m_statement);
-        sqlite3_clear_bindings(m_statement);
+    Binding(Database& database, PreparedStatement statement, std::size_t count)
+        : m_database(database), m_statement(std::move(statement)) {
+        m_texts.reserve(count);
     }
+    ~Binding() { m_database.GiveBack(std::move(m_statement)); }
     Binding(const Binding&) = delete;
     Binding& operator=(const Binding&) = delete;
 
+    [[nodiscard]] sqlite3_stmt* Statement() const { return m_statement.Handle.get(); }
+
     void Add(std::monostate) { ++m_count; }
-    void Add(bool value) { sqlite3_bind_int(m_statement, ++m_count, static_cast<int>(value)); }
-    void Add(qint64 value) { sqlite3_bind_int64(m_statement, ++m_count, value); }
-    void Add(double value) { sqlite3_bind_double(m_statement, ++m_count, value); }
+    void Add(bool value) { sqlite3_bind_int(Statement(), ++m_count, static_cast<int>(value)); }
+    void Add(qint64 value) { sqlite3_bind_int64(Statement(), ++m_count, value); }
+    void Add(double value) { sqlite3_bind_double(Statement(), ++m_count, value); }
     void Add(const QString& value) {
         const QByteArray& bytes = m_texts.emplace_back(EncodeText(value));
-        sqlite3_bind_text64(m_statement, ++m_count, bytes.constData(),
+        sqlite3_bind_text64(Statement(), ++m_count, bytes.constData(),
                             static_cast<sqlite3_uint64>(bytes.size()), SQLITE_STATIC, SQLITE_UTF8);
+    }
+    void AddAll(const std::vector<sql::Literal>& values) {
+        for (const sql::Literal& value : values) {
+            std::visit([this](const auto& one) { Add(one); }, value);
+        }
     }
     void Add(const sql::DateLiteral& value) { Add(ToText(value.Day, value.Time)); }
     void Add(const QVariant& value) {
@@ -62,7 +72,8 @@ public:
     }
 
 private:
-    sqlite3_stmt* m_statement;
+    Database& m_database;
+    PreparedStatement m_statement;
     std::vector<QByteArray> m_texts;
     int m_count = 0;
 };
@@ -113,13 +124,39 @@ sql::Statement SqliteConnection::Parse(const QString& sql) {
     return sql::Parse(sql, *m_months);
 }
 
-std::unique_ptr<Recordset> SqliteConnection::Execute(const QString& sql, qint64* rowsAffected) {
+/// Runs a statement. Some failures make SQLite roll the whole transaction back; what comes after them must
+/// not run as a transaction of its own, nor be tried again.
+template <typename Step>
+auto SqliteConnection::RunInTransaction(Step step) {
     m_database.Wait().Start();
+    if (IsTransactionLost()) {
+        throw Failure(Number::TransactionLost, QStringLiteral("The transaction was rolled back."));
+    }
+    try {
+        return step();
+    } catch (const Failure& failure) {
+        const Error& item = failure.Item();
+        if (IsTransactionLost() && IsTransientError(failure.Number(), item.NativeError, item.SQLState)) {
+            throw Failure(Number::TransactionLost, item.Description, item.NativeError);
+        }
+        throw;
+    }
+}
+
+bool SqliteConnection::IsTransactionLost() const {
+    return m_hasBegun && sqlite3_get_autocommit(m_database.Handle()) != 0;
+}
+
+std::unique_ptr<Recordset> SqliteConnection::Execute(const QString& sql, qint64* rowsAffected) {
+    return RunInTransaction([&] { return ExecuteNow(sql, rowsAffected); });
+}
+
+std::unique_ptr<Recordset> SqliteConnection::ExecuteNow(const QString& sql, qint64* rowsAffected) {
     const sql::Statement statement = Parse(sql);
     qint64 count = 0;
     std::unique_ptr<Recordset> result;
-    if (std::holds_alternative<sql::Select>(statement)) {
-        result = RunSelect(statement, {});
+    if (const auto* select = std::get_if<sql::Select>(&statement); select != nullptr) {
+        result = RunSelect(*select, statement, false);
     } else {
         count = RunChange(sql::Write(statement, m_dialect), DoingOf(statement), &statement);
     }
@@ -131,7 +168,10 @@ std::unique_ptr<Recordset> SqliteConnection::Execute(const QString& sql, qint64*
 
 std::unique_ptr<Recordset> SqliteConnection::OpenRecordset(const QString& sql, CursorType cursor,
                                                            LockType lock) {
-    m_database.Wait().Start();
+    return RunInTransaction([&] { return OpenNow(sql, cursor, lock); });
+}
+
+std::unique_ptr<Recordset> SqliteConnection::OpenNow(const QString& sql, CursorType cursor, LockType lock) {
     const sql::Statement statement = Parse(sql);
     const auto* select = std::get_if<sql::Select>(&statement);
     if (select == nullptr) {
@@ -142,27 +182,37 @@ std::unique_ptr<Recordset> SqliteConnection::OpenRecordset(const QString& sql, C
     }
     const bool wantsWriting = (cursor == CursorType::Dynamic || cursor == CursorType::KeySet) &&
                               (lock == LockType::Optimistic || lock == LockType::Pessimistic);
-    const bool isWritable = wantsWriting && select->IsAll && IsTable(select->From);
-    return RunSelect(statement, isWritable ? select->From.toString() : QString());
+    return RunSelect(*select, statement, wantsWriting && select->IsAll && IsTable(select->From));
 }
 
-std::unique_ptr<Recordset> SqliteConnection::RunSelect(const sql::Statement& statement,
-                                                       const QString& writableTable) {
-    if (writableTable.isEmpty()) {
-        return std::make_unique<SqliteRecordset>(Collect(sql::Write(statement, m_dialect), 0, &statement));
+std::unique_ptr<Recordset> SqliteConnection::RunSelect(const sql::Select& select,
+                                                       const sql::Statement& statement, bool isWritable) {
+    const QByteArrayView extraColumn = isWritable ? RowIdentity : QByteArrayView();
+    const sql::Written written = sql::Write(statement, m_dialect, extraColumn, TextColumns(select));
+    Rows rows = Collect(written, isWritable ? 1 : 0, &statement);
+    if (!isWritable) {
+        return std::make_unique<SqliteRecordset>(std::move(rows));
     }
-    Rows rows = Collect(sql::Write(statement, m_dialect, RowIdentity), 1, &statement);
-    auto recordset = std::make_unique<SqliteRecordset>(std::move(rows), this, writableTable);
+    auto recordset = std::make_unique<SqliteRecordset>(std::move(rows), this, select.From.toString());
     m_writableSets.push_back(recordset.get());
     return recordset;
 }
 
-Rows SqliteConnection::Collect(const sql::Written& written, int hidden, const sql::Statement* statement) {
-    sqlite3_stmt* prepared = Prepare(written.Sql, Doing::Read, statement);
-    Binding binding(prepared, written.Values.size());
-    for (const sql::Literal& value : written.Values) {
-        std::visit([&binding](const auto& one) { binding.Add(one); }, value);
+/// The columns of texts, as SQLite takes a column for one; none where nothing is grouped or ordered.
+QStringList SqliteConnection::TextColumns(const sql::Select& select) {
+    if (select.GroupBy.empty() && select.OrderBy.empty()) {
+        return {};
     }
+    const QByteArray sql =
+        "SELECT name FROM pragma_table_xinfo(?) WHERE type LIKE '%CHAR%' OR type LIKE '%CLOB%' OR type LIKE "
+        "'%TEXT%'";
+    return ReadNames(sql, select.From.toString());
+}
+
+Rows SqliteConnection::Collect(const sql::Written& written, int hidden, const sql::Statement* statement) {
+    Binding binding(m_database, Prepare(written.Sql, Doing::Read, statement), written.Values.size());
+    binding.AddAll(written.Values);
+    sqlite3_stmt* prepared = binding.Statement();
     Rows rows;
     int code = m_database.Step(prepared);
     rows.TakeColumns(prepared, hidden);
@@ -178,22 +228,29 @@ Rows SqliteConnection::Collect(const sql::Written& written, int hidden, const sq
 
 qint64 SqliteConnection::RunChange(const sql::Written& written, Doing doing,
                                    const sql::Statement* statement) {
-    sqlite3_stmt* prepared = Prepare(written.Sql, doing, statement);
-    Binding binding(prepared, written.Values.size());
-    for (const sql::Literal& value : written.Values) {
-        std::visit([&binding](const auto& one) { binding.Add(one); }, value);
+    Binding binding(m_database, Prepare(written.Sql, doing, statement), written.Values.size());
+    binding.AddAll(written.Values);
+    // Asked before the step: nothing may fail once a row stands in the file.
+    const auto* insert = statement != nullptr ? std::get_if<sql::Insert>(statement) : nullptr;
+    const bool movesIdentity = insert != nullptr && HasAutomaticNumber(insert->Table);
+    const qint64 identity = sqlite3_last_insert_rowid(m_database.Handle());
+    const int code = m_database.Step(binding.Statement());
+    if (code != SQLITE_DONE || !movesIdentity) {
+        // SQLite also keeps the number of a row that was inserted and undone again, as when the lock for the
+        // commit is not to be had; that number will be another client's.
+        sqlite3_set_last_insert_rowid(m_database.Handle(), identity);
     }
-    const int code = m_database.Step(prepared);
     if (code != SQLITE_DONE) {
         Diagnose(code, doing, statement);
     }
     return sqlite3_changes64(m_database.Handle());
 }
 
-sqlite3_stmt* SqliteConnection::Prepare(const QByteArray& sql, Doing doing, const sql::Statement* statement) {
+PreparedStatement SqliteConnection::Prepare(const QByteArray& sql, Doing doing,
+                                            const sql::Statement* statement) {
     int code = SQLITE_OK;
-    sqlite3_stmt* prepared = m_database.Prepare(sql, &code);
-    if (prepared == nullptr) {
+    PreparedStatement prepared = m_database.Prepare(sql, &code);
+    if (code != SQLITE_OK) {
         Diagnose(code, doing, statement);
     }
     return prepared;
@@ -246,15 +303,27 @@ bool SqliteConnection::IsTable(QStringView name) {
     return !ReadNames(sql, name.toString()).isEmpty();
 }
 
+/// A table whose row identities are a column of its own; all others have them for SQLite's use only.
+bool SqliteConnection::HasAutomaticNumber(QStringView table) {
+    const QByteArray sql = "SELECT type FROM pragma_table_info(?) WHERE pk > 0";
+    const QStringList keyTypes = ReadNames(sql, table.toString());
+    return keyTypes.size() == 1 &&
+           keyTypes.constFirst().compare(QStringLiteral("INTEGER"), Qt::CaseInsensitive) == 0;
+}
+
 void SqliteConnection::BeginTrans() {
     m_database.Run("BEGIN IMMEDIATE", Doing::Begin);
+    m_hasBegun = true;
 }
 
 void SqliteConnection::CommitTrans() {
+    // A commit that met a lock leaves the transaction open.
+    const auto end = qScopeGuard([this] { m_hasBegun = sqlite3_get_autocommit(m_database.Handle()) == 0; });
     m_database.Run("COMMIT", Doing::Commit);
 }
 
 void SqliteConnection::RollbackTrans() {
+    const auto end = qScopeGuard([this] { m_hasBegun = false; });
     m_database.Run("ROLLBACK", Doing::Begin);
 }
 
@@ -272,7 +341,11 @@ void SqliteConnection::CompactInto(const QString& path) {
 
 void SqliteConnection::WriteRow(const QString& table, qint64 rowID, const QStringList& names,
                                 const QVariantList& old, const QMap<int, QVariant>& changes) {
-    m_database.Wait().Start();
+    RunInTransaction([&] { WriteNow(table, rowID, names, old, changes); });
+}
+
+void SqliteConnection::WriteNow(const QString& table, qint64 rowID, const QStringList& names,
+                                const QVariantList& old, const QMap<int, QVariant>& changes) {
     QByteArray sql = "UPDATE " + Quoted(m_dialect, table) + " SET ";
     for (auto change = changes.cbegin(); change != changes.cend(); ++change) {
         sql += (change == changes.cbegin() ? "" : ", ") + Quoted(m_dialect, names.at(change.key())) + " = ?";
@@ -281,8 +354,8 @@ void SqliteConnection::WriteRow(const QString& table, qint64 rowID, const QStrin
     for (const QString& name : names) {
         sql += " AND " + Quoted(m_dialect, name) + " COLLATE BINARY IS ?";
     }
-    sqlite3_stmt* prepared = Prepare(sql, Doing::Update, nullptr);
-    Binding binding(prepared, static_cast<std::size_t>(changes.size() + old.size() + 1));
+    Binding binding(m_database, Prepare(sql, Doing::Update, nullptr),
+                    static_cast<std::size_t>(changes.size() + old.size() + 1));
     for (const QVariant& value : changes) {
         binding.Add(value);
     }
@@ -290,7 +363,7 @@ void SqliteConnection::WriteRow(const QString& table, qint64 rowID, const QStrin
     for (const QVariant& value : old) {
         binding.Add(value);
     }
-    const int code = m_database.Step(prepared);
+    const int code = m_database.Step(binding.Statement());
     if (code != SQLITE_DONE) {
         Diagnose(code, Doing::Update, nullptr);
     }

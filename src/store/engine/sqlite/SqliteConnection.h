@@ -46,20 +46,31 @@ public:
     void Forget(SqliteRecordset* recordset) override;
 
 private:
+    template <typename Step>
+    auto RunInTransaction(Step step);
+    [[nodiscard]] bool IsTransactionLost() const;
+    std::unique_ptr<Recordset> ExecuteNow(const QString& sql, qint64* rowsAffected);
+    std::unique_ptr<Recordset> OpenNow(const QString& sql, CursorType cursor, LockType lock);
+    void WriteNow(const QString& table, qint64 rowID, const QStringList& names, const QVariantList& old,
+                  const QMap<int, QVariant>& changes);
     [[nodiscard]] sql::Statement Parse(const QString& sql);
-    [[nodiscard]] std::unique_ptr<Recordset> RunSelect(const sql::Statement& statement,
-                                                       const QString& writableTable);
+    [[nodiscard]] std::unique_ptr<Recordset> RunSelect(const sql::Select& select,
+                                                       const sql::Statement& statement, bool isWritable);
+    [[nodiscard]] QStringList TextColumns(const sql::Select& select);
     [[nodiscard]] Rows Collect(const sql::Written& written, int hidden, const sql::Statement* statement);
     [[nodiscard]] qint64 RunChange(const sql::Written& written, Doing doing, const sql::Statement* statement);
-    [[nodiscard]] sqlite3_stmt* Prepare(const QByteArray& sql, Doing doing, const sql::Statement* statement);
+    [[nodiscard]] PreparedStatement Prepare(const QByteArray& sql, Doing doing,
+                                            const sql::Statement* statement);
     [[noreturn]] void Diagnose(int code, Doing doing, const sql::Statement* statement);
     [[nodiscard]] bool IsTable(QStringView name);
+    [[nodiscard]] bool HasAutomaticNumber(QStringView table);
     [[nodiscard]] QStringList ReadNames(const QByteArray& sql, const QString& argument);
 
     Database m_database;
     SqliteDialect m_dialect;
     std::optional<sql::MonthNames> m_months;
     std::vector<SqliteRecordset*> m_writableSets;
+    bool m_hasBegun = false;  // a transaction, and neither committed nor rolled it back
 };
 
 }  // namespace engine::sqlite

@@ -4,8 +4,9 @@
 
 namespace engine::sqlite {
 
-/// SQLite's SQL. A comparison with a text goes by the collation LARKSPAN; where only columns meet, their own
-/// collation holds. What a column sorts by is its own collation as well, so that its indexes serve.
+/// SQLite's SQL. A comparison with a text goes by the collation LARKSPAN, and so do the groups and the order
+/// of a column of texts, whatever collation the file gave it; where only columns meet, their own collation
+/// holds.
 class SqliteDialect final : public sql::Dialect {
 public:
     void AppendName(QByteArray& out, QStringView name) const override;

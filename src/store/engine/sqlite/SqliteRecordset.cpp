@@ -95,13 +95,14 @@ void SqliteRecordset::SetValue(QStringView name, const QVariant& value) {
 
 void SqliteRecordset::Update() {
     CheckRow(0);
+    const QMap<int, QVariant> changes = std::exchange(m_changes, {});
     if (!m_isWritable) {
         throw Failure(Number::ReadOnly, QStringLiteral("The recordset is read-only."));
     }
     if (m_writer == nullptr) {
         throw Failure::WithNumber(ObjectIsClosed, QStringLiteral("The recordset has no connection."));
     }
-    if (m_changes.isEmpty()) {
+    if (changes.isEmpty()) {
         return;
     }
     QStringList names;
@@ -112,9 +113,8 @@ void SqliteRecordset::Update() {
                                          : m_rows.RawValue(Cells()[static_cast<std::size_t>(i)]));
     }
     const qint64 rowID = m_rows.RawValue(Cells().back()).toLongLong();
-    m_writer->WriteRow(m_table, rowID, names, old, m_changes);
-    m_written.insert(m_changes);
-    m_changes.clear();
+    m_writer->WriteRow(m_table, rowID, names, old, changes);
+    m_written.insert(changes);
 }
 
 void SqliteRecordset::Close() {

@@ -32,6 +32,8 @@ public:
     };
     /// Nobody else writes to the outbox.
     [[nodiscard]] virtual std::unique_ptr<Lock> LockForWriting() = 0;
+    /// Everybody else can begin a change of the outbox and nobody can end one.
+    [[nodiscard]] virtual std::unique_ptr<Lock> LockForReading() = 0;
     /// Nobody else writes or reads the outbox, nor opens it.
     [[nodiscard]] virtual std::unique_ptr<Lock> LockForAll() = 0;
     /// The outbox and its folder cannot be written as long as it lives.
@@ -41,6 +43,9 @@ public:
     /// A writer of another process puts `text` into every row of the outbox's messages and dies before it is
     /// done.
     virtual void DieWhileWriting(const QString& text) = 0;
+    /// Another program takes the table MessageTail out of the phonebook, and makes it again, empty.
+    virtual void DropTails() = 0;
+    virtual void MakeTails() = 0;
     /// Spoils the outbox in its middle.
     virtual void Damage() = 0;
     /// All bytes of the outbox, to see that nobody touched it.

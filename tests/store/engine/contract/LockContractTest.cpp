@@ -24,6 +24,7 @@ protected:
     }
     const QString Insert = QStringLiteral("INSERT INTO Message (msgText) VALUES ('x')");
     const QString Count = QStringLiteral("SELECT Count(*) FROM Message");
+    const QString Identity = QStringLiteral("SELECT @@IDENTITY AS ID");
 };
 
 TEST_P(LockContractTest, AWriterWaitsFiveSecondsForAnotherProcessAndReportsATransientLock) {
@@ -34,6 +35,20 @@ TEST_P(LockContractTest, AWriterWaitsFiveSecondsForAnotherProcessAndReportsATran
     EXPECT_EQ(number, engine::Number::LockedByAnother);
     EXPECT_TRUE(IsTransient(number));
     ExpectOneFullWait();
+}
+
+TEST_P(LockContractTest, AnInsertThatAReaderKeepsFromItsEndLeavesTheIdentityAsItWas) {
+    auto connection = Outbox();
+    for (const int identity : {0, 1}) {
+        auto lock = Context->LockForReading();
+        const int number = FailureOf(*connection, Insert);
+        EXPECT_TRUE(IsTransient(number)) << number;
+        EXPECT_EQ(Value(*connection, Identity), QVariant(identity));
+        lock.reset();
+        EXPECT_EQ(Value(*connection, Count), QVariant(identity)) << "nothing is written";
+        AddMessage(*connection, QStringLiteral("next"));
+        EXPECT_EQ(Value(*connection, Identity), QVariant(identity + 1));
+    }
 }
 
 TEST_P(LockContractTest, AWriterGoesOnAsSoonAsTheLockIsGone) {

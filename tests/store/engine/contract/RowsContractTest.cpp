@@ -168,6 +168,27 @@ TEST_P(RowsContractTest, ANewMessageHasStatusZeroAndIsNotComplete) {
     EXPECT_EQ(rows->Value(u"msgComplete"), QVariant(false));
 }
 
+// --- many statements ---
+
+TEST_P(RowsContractTest, AStatementWhoseTableWentAwayFailsHoweverManyOthersWereRun) {
+    const QString tails = QStringLiteral("SELECT * FROM MessageTail");
+    // Fewer than an engine keeps ready, just as many, and more.
+    constexpr int FewShapes = 30;
+    constexpr int ManyShapes = 50;
+    for (int shapes = FewShapes; shapes <= ManyShapes; ++shapes) {
+        auto connection = Phonebook();
+        for (int i = 0; i < shapes; ++i) {
+            const QString sql = QStringLiteral("SELECT cntID AS [c%1] FROM Contact").arg(i);
+            EXPECT_TRUE(Rows(*connection, sql)->EndOfFile());
+        }
+        EXPECT_TRUE(Rows(*connection, tails)->EndOfFile());
+        Context->DropTails();
+        EXPECT_EQ(FailureOf(*connection, tails), engine::Number::NoSuchTable);
+        Context->MakeTails();
+        EXPECT_TRUE(Rows(*connection, tails)->EndOfFile());
+    }
+}
+
 // --- changing ---
 
 TEST_P(RowsContractTest, ExecuteCountsTheRowsItChanged) {
@@ -206,6 +227,18 @@ TEST_P(RowsContractTest, AFailedInsertLeavesTheIdentityAsItWas) {
     Execute(*connection, Group(QStringLiteral("one")));
     EXPECT_EQ(FailureOf(*connection, Group(QStringLiteral("ONE"))), engine::Number::DuplicateKey);
     EXPECT_EQ(Value(*connection, QStringLiteral("SELECT @@IDENTITY AS ID")), QVariant(1));
+}
+
+TEST_P(RowsContractTest, OnlyATableThatNumbersItsRowsMovesTheIdentity) {
+    auto connection = Phonebook();
+    Execute(*connection, Group(QStringLiteral("one")));
+    Execute(*connection, Contact(QStringLiteral("A")));
+    Execute(*connection, Contact(QStringLiteral("B")));
+    for (const auto& sql : {u"INSERT INTO GroupMember (grpID, cntID) VALUES (1, 1)",
+                            u"INSERT INTO MessageTail (mtlText, mtlDefault) VALUES ('tail', TRUE)"}) {
+        Execute(*connection, QString::fromUtf16(sql));
+        EXPECT_EQ(Value(*connection, QStringLiteral("SELECT @@IDENTITY AS ID")), QVariant(2));
+    }
 }
 
 TEST_P(RowsContractTest, ARecordNumberNeverComesBack) {
@@ -277,6 +310,30 @@ TEST_P(RowsContractTest, CaseMakesNoDifferenceBeyondAsciiEither) {
     AddMessage(*connection, QStringLiteral("\u00c9RIC"));
     EXPECT_EQ(Value(*connection, QStringLiteral("SELECT Count(*) FROM Message WHERE msgText = '\u00e9ric'")),
               QVariant(1));
+}
+
+TEST_P(RowsContractTest, TextsOfTheOutboxAreGroupedAndOrderedWithoutRegardToCaseBeyondAscii) {
+    auto connection = Outbox();
+    for (const auto& name : {u"Zoe", u"Émile", u"emil", u"émile", u"ÉMILE", u"adam"}) {
+        Execute(*connection, QStringLiteral("INSERT INTO Message (msgRecipient, msgFragmentCount) VALUES "
+                                            "('%1', 1)")
+                                 .arg(QString::fromUtf16(name)));
+    }
+    const auto groups =
+        Rows(*connection, QStringLiteral("SELECT Sum(Message.msgFragmentCount) AS [Count], "
+                                         "Message.msgRecipient FROM Message GROUP BY "
+                                         "Message.msgRecipient ORDER BY Message.msgRecipient"));
+    QStringList counts;
+    QStringList names;
+    for (; !groups->EndOfFile(); groups->MoveNext()) {
+        counts.append(groups->Value(u"Count").toString());
+        names.append(groups->Value(u"msgRecipient").toString().toLower());
+    }
+    EXPECT_EQ(names.join(u' '), QStringLiteral("adam emil émile zoe"));
+    EXPECT_EQ(counts.join(u' '), QStringLiteral("1 1 3 1"));
+    EXPECT_EQ(Value(*connection,
+                    QStringLiteral("SELECT msgRecipient FROM Message ORDER BY MSGRECIPIENT DESC, msgID")),
+              QVariant(QStringLiteral("Zoe")));
 }
 
 TEST_P(RowsContractTest, OnlyPercentAndUnderscoreAreWildcards) {
@@ -412,6 +469,36 @@ TEST_P(RowsContractTest, ARowThatAnotherChangedIsNotOverwritten) {
         EXPECT_EQ(failure.Item().SQLState, QStringLiteral("3197"));
     }
     EXPECT_TRUE(Value(*connection, QStringLiteral("SELECT cntNote FROM Contact")).isNull());
+}
+
+TEST_P(RowsContractTest, MoveNextAfterAFailedUpdateGoesOnAndWritesNothing) {
+    auto connection = Phonebook();
+    Execute(*connection, Contact(QStringLiteral("One")));
+    Execute(*connection, Contact(QStringLiteral("Two")));
+    const auto rows = Writable(*connection, QStringLiteral("SELECT * FROM Contact ORDER BY cntID"));
+    Execute(*Phonebook(), QStringLiteral("UPDATE Contact SET cntSurname = 'ONE' WHERE cntID = 1"));
+    rows->SetValue(u"cntNote", QStringLiteral("mine"));
+    EXPECT_THROW(rows->Update(), engine::Failure);
+    EXPECT_TRUE(rows->Value(u"cntNote").isNull()) << "the change is given up";
+    rows->MoveNext();
+    EXPECT_EQ(rows->Value(u"cntSurname"), QVariant(QStringLiteral("Two")));
+    rows->SetValue(u"cntNote", QStringLiteral("mine"));
+    rows->Update();
+    EXPECT_TRUE(Value(*connection, QStringLiteral("SELECT cntNote FROM Contact WHERE cntID = 1")).isNull());
+    EXPECT_EQ(Value(*connection, QStringLiteral("SELECT cntNote FROM Contact WHERE cntID = 2")),
+              QVariant(QStringLiteral("mine")));
+}
+
+TEST_P(RowsContractTest, MoveNextThatCannotWriteStaysAndThenGoesOn) {
+    auto connection = Phonebook();
+    Execute(*connection, Contact(QStringLiteral("One")));
+    const auto rows = Writable(*connection, QStringLiteral("SELECT * FROM Contact"));
+    Execute(*Phonebook(), QStringLiteral("UPDATE Contact SET cntSurname = 'ONE'"));
+    rows->SetValue(u"cntNote", QStringLiteral("mine"));
+    EXPECT_THROW(rows->MoveNext(), engine::Failure);
+    EXPECT_FALSE(rows->EndOfFile());
+    rows->MoveNext();
+    EXPECT_TRUE(rows->EndOfFile());
 }
 
 TEST_P(RowsContractTest, ARowThatAnotherDeletedCannotBeWritten) {

@@ -6,11 +6,14 @@
 #include <QProcess>
 #include <QTemporaryDir>
 
+#include <sqlite3.h>
+
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <csignal>
+#include <cstring>
 #include <stdexcept>
 
 namespace {
@@ -98,9 +101,31 @@ private:
     void (*m_oldHandler)(int) = nullptr;
 };
 
+sqlite3_mem_methods& SystemMemory() {
+    static sqlite3_mem_methods methods;
+    return methods;
+}
+
+/// Spoils all memory that SQLite gives back, so that a use of a statement that is gone fails for certain.
+void SpoilFreedMemory() {
+    static const bool isDone = [] {
+        EXPECT_EQ(sqlite3_config(SQLITE_CONFIG_GETMALLOC, &SystemMemory()), SQLITE_OK);
+        sqlite3_mem_methods spoiling = SystemMemory();
+        spoiling.xFree = [](void* memory) {
+            constexpr int Spoilt = 0xAA;
+            std::memset(memory, Spoilt, static_cast<std::size_t>(SystemMemory().xSize(memory)));
+            SystemMemory().xFree(memory);
+        };
+        return sqlite3_config(SQLITE_CONFIG_MALLOC, &spoiling) == SQLITE_OK &&
+               sqlite3_config(SQLITE_CONFIG_LOOKASIDE, 0, 0) == SQLITE_OK;
+    }();
+    EXPECT_TRUE(isDone);
+}
+
 class SqliteContext final : public EngineContext {
 public:
     SqliteContext() {
+        SpoilFreedMemory();
         OfficeFiles::CreateOutboxFile(Outbox());
         OfficeFiles::CreatePhonebookFile(Phonebook());
     }
@@ -117,6 +142,9 @@ public:
 
     [[nodiscard]] std::unique_ptr<Lock> LockForWriting() override {
         return std::make_unique<LockOfAnother>(Outbox(), QStringLiteral("BEGIN IMMEDIATE"));
+    }
+    [[nodiscard]] std::unique_ptr<Lock> LockForReading() override {
+        return std::make_unique<LockOfAnother>(Outbox(), QStringLiteral("BEGIN; SELECT * FROM Message"));
     }
     [[nodiscard]] std::unique_ptr<Lock> LockForAll() override {
         return std::make_unique<LockOfAnother>(Outbox(), QStringLiteral("BEGIN EXCLUSIVE"));
@@ -136,6 +164,10 @@ public:
         EXPECT_TRUE(writer.IsFine());
         EXPECT_TRUE(Bytes().contains(text.repeated(20).toUtf8())) << "the change did not reach the file";
     }
+    void DropTails() override { RunOnPhonebook(QStringLiteral("DROP TABLE MessageTail")); }
+    void MakeTails() override {
+        RunOnPhonebook(QStringLiteral("CREATE TABLE MessageTail (mtlText TEXT, mtlDefault BOOLEAN)"));
+    }
     void Damage() override {
         QFile file(Outbox());
         ASSERT_TRUE(file.open(QIODevice::ReadWrite));
@@ -151,6 +183,8 @@ public:
     }
 
 private:
+    void RunOnPhonebook(const QString& sql) const { EXPECT_TRUE(Peer(Phonebook(), sql).IsFine()); }
+
     QTemporaryDir m_folder;
     engine::FileConnectionFactory m_factory{Time};
 };

@@ -87,6 +87,15 @@ TEST(Writer, ASelectIsWrittenInItsOrderAndTopGoesLast) {
               "SELECT *, extra FROM <t>");
 }
 
+TEST(Writer, ColumnsOfTextsAreGroupedAndOrderedAsTextsAreCompared) {
+    const QString text = QStringLiteral(
+        "SELECT t.a, b, Sum(c) AS s FROM t GROUP BY t.a, b ORDER BY Sum(c) DESC, t.A DESC, b, LEN(a)");
+    const auto written = sql::Write(sql::Parse(text, sql::MonthNames(QLocale::c())), ShowingDialect(), {},
+                                    {QStringLiteral("A"), QStringLiteral("c")});
+    EXPECT_EQ(written.Sql.mid(written.Sql.indexOf("GROUP")).toStdString(),
+              "GROUP BY <t>.<a>~, <b> ORDER BY call(<c>) DESC, <t>.<A>~ DESC, <b>, call(<a>)");
+}
+
 TEST(Writer, UpdatesAndDeletesAreWritten) {
     EXPECT_EQ(Sql(u"UPDATE t SET a = 'x',b=TRUE WHERE c = 5"),
               "UPDATE <t> SET <a> = $1, <b> = $2 WHERE (<c> = $3)");
