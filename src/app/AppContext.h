@@ -42,7 +42,7 @@ public:
 
     /// The country of the user's locale; "IE" if it names none.
     void ReadLocaleCountry();
-    /// From the settings; anything that is no number reads as 0.
+    /// From the settings; anything that is no number reads as 0. Throws OverflowError for more than 32 bits.
     void LoadSortBy();
     /// Written in decimal.
     void SaveSortBy();
