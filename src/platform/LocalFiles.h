@@ -18,10 +18,10 @@ public:
     /// The whole file; nothing if it cannot be read.
     [[nodiscard]] virtual std::optional<QByteArray> Read(const QString& path) const = 0;
     /// Replaces the whole file by an atomic rename: afterwards it holds the old bytes or the new ones (the
-    /// pieces, one behind the other), whatever happens in between. False if it was not replaced. A new file gets mode 0600, an old one keeps
-    /// its mode; one that may not be written is not replaced; behind a symbolic link the file that it leads
-    /// to is replaced. Whole after a crash of the program at any moment; a crash of the machine may take the
-    /// newest calls back unless Sync followed.
+    /// pieces, one behind the other), whatever happens in between. False if it was not replaced. A new file
+    /// gets mode 0600, an old one keeps its mode; one that may not be written is not replaced; behind a
+    /// symbolic link the file that it leads to is replaced. Whole after a crash of the program at any moment;
+    /// a crash of the machine may take the newest calls back unless Sync followed.
     [[nodiscard]] virtual bool Replace(const QString& path, const QList<QByteArrayView>& pieces) = 0;
     [[nodiscard]] bool Replace(const QString& path, const QByteArray& bytes) {
         return Replace(path, QList<QByteArrayView>{bytes});
