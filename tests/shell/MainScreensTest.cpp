@@ -95,6 +95,7 @@ TEST(MainScreens, AMainWindowThatCannotBeMadeEndsTheStartWithABox) {
     ScreensWithoutMain screens(start.Screens);
     machine.Office.Boxes.Expect();
     EXPECT_FALSE(EntryRoutine(start.Context, start.Seams, screens, start.Arguments).Run());
+    ASSERT_EQ(machine.Office.Boxes.Shown.size(), 1);
     EXPECT_EQ(machine.Office.Boxes.Shown.first().Icon, BoxIcon::Critical);
     EXPECT_EQ(start.Screens.MainHandle(), 0U);
 }
