@@ -52,9 +52,9 @@ public:
     }
     void WaitForWindow() const {
         Driver::WaitFor(Q("a window"), [this] { return !Window().isEmpty(); });
-        const QString window = Window();
+        // Asked anew each time: the splash, which comes first, has the same title.
         Driver::WaitFor(Q("the window in front"),
-                        [&] { return RealInput::Output({Q("getactivewindow")}) == window; });
+                        [this] { return RealInput::Output({Q("getactivewindow")}) == Window(); });
     }
     QProcess& Process() { return m_process; }
 
