@@ -117,7 +117,7 @@ void GroupTabsPanel::InitAlphaTabs() {
 
 void GroupTabsPanel::InitGroupTabs() {
     const auto log = [this](const std::exception& failure) {
-        m_side.AppLog.WriteFailure(QStringLiteral("InitGrouptabs_Error : "), failure);
+        m_side.AppLog.WriteFailureBriefly(QStringLiteral("InitGrouptabs_Error : "), failure);
     };
     const auto add = [this](int position, const QString& caption, qint16 number) {
         m_tabGroup->Insert(position, caption);

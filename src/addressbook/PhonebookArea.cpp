@@ -104,7 +104,7 @@ void PhonebookArea::ShowGroup() {
     const RedrawOff still(Contacts());
     const WaitCursor wait(*window());
     const auto log = [this](const std::exception& failure) {
-        m_side.AppLog.WriteFailure(QStringLiteral("ShowGroup Error: "), failure);
+        m_side.AppLog.WriteFailureBriefly(QStringLiteral("ShowGroup Error: "), failure);
     };
     m_tabs->ShowWhatCounts();
     TrapTo(
@@ -136,7 +136,7 @@ void PhonebookArea::ShowGroupMembers(qint32 groupID) {
         return;
     }
     const auto log = [this](const std::exception& failure) {
-        m_side.AppLog.WriteFailure(QStringLiteral("ShowGroupMembers Error: "), failure);
+        m_side.AppLog.WriteFailureBriefly(QStringLiteral("ShowGroupMembers Error: "), failure);
     };
     TrapTo(
         [this, groupID, filling] {

@@ -24,7 +24,7 @@ void AppContext::ReadLocaleCountry() {
 void AppContext::LoadSortBy() {
     const QString value =
         AppSettings.GetValue(SettingNames::SectionDefaults, SettingNames::SortBy, QStringLiteral("0"));
-    SortBy = static_cast<qint32>(Numbers::ToInt16(value));
+    SortBy = Numbers::NullToLong(value);
 }
 
 void AppContext::SaveSortBy() {

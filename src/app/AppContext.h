@@ -42,8 +42,8 @@ public:
 
     /// The country of the user's locale; "IE" if it names none.
     void ReadLocaleCountry();
-    /// From the settings: the number that the value begins with, 0 if it begins with none. Throws
-    /// OverflowError beyond 16 bits.
+    /// From the settings; the number that the value begins with, 0 if it begins with none. Throws
+    /// OverflowError for more than 32 bits.
     void LoadSortBy();
     /// Written in decimal.
     void SaveSortBy();

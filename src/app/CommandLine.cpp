@@ -24,6 +24,12 @@ bool TakeOption(const QStringList& arguments, qsizetype& index, const QString& n
     return true;
 }
 
+/// "X:..." or "\\server...": a name that holds wherever the program is started, and on other machines too.
+bool IsDriveOrShare(const QString& path) {
+    return path.startsWith(QStringLiteral("\\\\")) || path.startsWith(QStringLiteral("//")) ||
+           (path.size() >= 2 && path.at(0).isLetter() && path.at(1) == u':');
+}
+
 }  // namespace
 
 CommandLine::CommandLine(const QStringList& arguments) {
@@ -59,9 +65,8 @@ void CommandLine::TakeDataFolder(const QString& value) {
                 .arg(value);
         return;
     }
-    // A path of this machine must not depend on the folder in which the program was started; any other stays
-    // as it is.
-    DataFolder = native == value ? QDir(value).absolutePath() : value;
+    // A path of this machine must not depend on the folder in which the program was started.
+    DataFolder = IsDriveOrShare(value) ? value : QDir(native).absolutePath();
 }
 
 void CommandLine::TakePalette(const QString& value) {

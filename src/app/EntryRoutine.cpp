@@ -12,7 +12,8 @@
 #include "platform/Clock.h"
 #include "platform/EventPump.h"
 #include "platform/Folders.h"
-#include "platform/LocalFiles.h"
+#include "platform/MessageBoxes.h"
+#include "platform/SuppliedFiles.h"
 #include "platform_ui/Instance.h"
 
 EntryRoutine::EntryRoutine(AppContext& context, const Machine& machine, EntryScreens& screens,
@@ -48,11 +49,23 @@ StepTable EntryRoutine::Steps() {
 bool EntryRoutine::Run() {
     for (const NamedStep& step : Steps()) {
         Trap(step.Run);
-        if (m_isEnding) {
+        if (IsOver()) {
             return false;
         }
     }
-    return true;
+    if (m_screens.StateOfMain() == MainState::Open) {
+        return true;
+    }
+    m_machine.Boxes.Show({Product::AppTitle,
+                          QStringLiteral("The main window could not be opened. The program ends now."),
+                          BoxIcon::Critical, BoxButtons::Ok});
+    return false;
+}
+
+// The exit path cannot end an event loop that does not run yet, so a window closed during the start is looked
+// for here.
+bool EntryRoutine::IsOver() const {
+    return m_isEnding || m_screens.StateOfMain() == MainState::Unloaded;
 }
 
 void EntryRoutine::StartFileLog() {
@@ -91,14 +104,15 @@ void EntryRoutine::CheckSetupWizard() {
     Trap([&] { isFinished = m_screens.RunSetupWizard(); });
     if (isFinished) {
         mdlSetupWizard::SetSetupFinished(m_context.AppSettings);
+        m_context.AppBusyState.SetAppBusyState(Busy::StartingUp);
     } else {
         m_isEnding = true;
     }
 }
 
 void EntryRoutine::ShowSplash() {
-    m_screens.ShowSplash();
-    m_screens.RepaintSplash();
+    Trap([this] { m_screens.ShowSplash(); });
+    Trap([this] { m_screens.RepaintSplash(); });
     m_machine.Pump.Process(2);
 }
 
@@ -109,7 +123,7 @@ void EntryRoutine::OpenOutbox() {
 }
 
 void EntryRoutine::RepaintSplash() {
-    m_screens.RepaintSplash();
+    Trap([this] { m_screens.RepaintSplash(); });
     m_machine.Pump.Process(3);
 }
 
@@ -121,23 +135,29 @@ void EntryRoutine::CheckPhonebookWizard() {
 }
 
 void EntryRoutine::BindHelpFile() {
-    const QString path =
-        Text::WithBackslash(m_machine.Places.ApplicationFolder()) + QStringLiteral("larkspan.chm");
-    if (m_machine.Files.Exists(path)) {
+    const QString path = FindSuppliedFile(m_machine.Places, m_machine.Files, QStringLiteral("larkspan.chm"));
+    if (!path.isEmpty()) {
         m_context.HelpFile = path;
     }
 }
 
 void EntryRoutine::DropSplash() {
-    m_screens.HideSplash();
-    m_machine.Pump.Process(4);
-    m_screens.DropSplash();
+    Trap([this] { m_screens.HideSplash(); });
+    Trap([this] { m_machine.Pump.Process(4); });
+    Trap([this] { m_screens.DropSplash(); });
 }
 
 void EntryRoutine::ShowMain() {
-    m_screens.ShowMain();
-    m_machine.Pump.Process(2);
-    m_screens.ContactListFocus(true);
-    m_screens.RepaintMain();
-    m_machine.Pump.Process(2);
+    const StepTable calls = {
+        {QStringLiteral("Show"), [this] { m_screens.ShowMain(); }},
+        {QStringLiteral("ProcessEvents"), [this] { m_machine.Pump.Process(2); }},
+        {QStringLiteral("ContactListFocus"), [this] { m_screens.ContactListFocus(true); }},
+        {QStringLiteral("Repaint"), [this] { m_screens.RepaintMain(); }},
+        {QStringLiteral("ProcessEventsAgain"), [this] { m_machine.Pump.Process(2); }},
+    };
+    for (const NamedStep& call : calls) {
+        if (!IsOver()) {
+            Trap(call.Run);
+        }
+    }
 }

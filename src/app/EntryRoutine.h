@@ -7,6 +7,10 @@ class AppContext;
 class CommandLine;
 struct Machine;
 
+/// What has become of the main window: it was not loaded (or could not be), it is there, or it was unloaded
+/// again and the exit path has run.
+enum class MainState { None, Open, Unloaded };
+
 /// The windows that the entry routine brings up. The shell makes them.
 class EntryScreens {
 public:
@@ -21,6 +25,8 @@ public:
     virtual void RunPhonebookWizard() = 0;
     /// Loads the main window, which fills itself.
     virtual void LoadMain() = 0;
+    [[nodiscard]] virtual MainState StateOfMain() const = 0;
+    /// 0 without a main window.
     [[nodiscard]] virtual WindowHandle MainHandle() const = 0;
     virtual void ShowMain() = 0;
     virtual void ContactListFocus(bool home) = 0;
@@ -29,17 +35,20 @@ public:
 
 /// The program's entry: decides whether this process may run at all, opens the two databases behind a splash,
 /// loads the main window and hands over to it. Nineteen fixed steps; a step that fails is skipped and the
-/// next one runs.
+/// next one runs, and the calls within a step go by the same rule.
 class EntryRoutine {
 public:
     EntryRoutine(AppContext& context, const Machine& machine, EntryScreens& screens,
                  const CommandLine& commandLine);
 
     [[nodiscard]] StepTable Steps();
-    /// True if the process lives on in the main window's event loop, false if it is to end at once.
+    /// True if the process lives on in the main window's event loop, false if it is to end at once: there is
+    /// another copy, the setup was canceled, the main window was closed while the start let events through,
+    /// or it did not come up at all, which a box has told.
     [[nodiscard]] bool Run();
 
 private:
+    [[nodiscard]] bool IsOver() const;
     void StartFileLog();
     void CheckPreviousInstance();
     void CreateSettings();

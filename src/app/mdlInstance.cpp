@@ -44,7 +44,7 @@ void DeleteInstanceMarker(const Machine& machine) {
     }
 }
 
-WindowHandle FindPreviousInstance(const Machine& machine) {
+WindowHandle FindRunningWindow(const Machine& machine) {
     const Windows& windows = machine.Desktop;
     const QList<WindowHandle> all = windows.EnumWindows();
     for (const WindowHandle window : all) {
@@ -60,16 +60,24 @@ WindowHandle FindPreviousInstance(const Machine& machine) {
             return window;
         }
     }
-    return ReadInstanceHandle(machine);
+    return 0;
 }
 
 void ActivatePreviousInstance(const Machine& machine) {
-    const WindowHandle window = machine.Desktop.IsReachable() ? FindPreviousInstance(machine) : 0;
-    if (window == 0 || !machine.Desktop.SendShowRequest(window)) {
-        machine.OneCopy.RequestShow();
-        return;
+    const bool isReachable = machine.Desktop.IsReachable();
+    WindowHandle window = isReachable ? FindRunningWindow(machine) : 0;
+    const bool isFound = window != 0;
+    if (!isFound && isReachable) {
+        window = ReadInstanceHandle(machine);
     }
-    machine.Desktop.ForceForeground(window);
+    const bool isTold = window != 0 && machine.Desktop.SendShowRequest(window);
+    if (isTold) {
+        machine.Desktop.ForceForeground(window);
+    }
+    // The handle in the file may have become the number of somebody else's window, which answers nothing.
+    if (!isTold || !isFound) {
+        machine.OneCopy.RequestShow();
+    }
 }
 
 }  // namespace mdlInstance

@@ -24,10 +24,11 @@ void WriteInstanceHandle(const Machine& machine, WindowHandle handle);
 void DeleteInstanceMarker(const Machine& machine);
 
 /// The window of the running copy: by class and title, else the first window of the class with the child that
-/// old versions had, else the handle in hwnd.sms; 0 if there is nothing to go by.
-[[nodiscard]] WindowHandle FindPreviousInstance(const Machine& machine);
-/// Asks the running copy to show itself and brings its window forward. Where its window cannot be reached the
-/// request goes through the local socket.
+/// old versions had; 0 if there is neither.
+[[nodiscard]] WindowHandle FindRunningWindow(const Machine& machine);
+/// Asks the running copy to show itself and brings its window forward: the one that FindRunningWindow finds,
+/// else that of the handle in hwnd.sms. Where the window cannot be reached, or is known from the file alone,
+/// the request goes through the local socket (too).
 void ActivatePreviousInstance(const Machine& machine);
 
 }  // namespace mdlInstance

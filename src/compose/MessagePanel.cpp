@@ -157,7 +157,7 @@ void MessagePanel::InitMessageTails() {
         const QSignalBlocker quiet(m_cbTails);
         ReadMessageTails();
     } catch (const std::exception& failure) {
-        m_log.WriteFailure(QStringLiteral("InitGrouptabs_Error : "), failure);
+        m_log.WriteFailureBriefly(QStringLiteral("InitGrouptabs_Error : "), failure);
     }
     if (m_cbTails->currentText() != before) {
         ShowRemainingChars();

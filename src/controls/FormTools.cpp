@@ -72,8 +72,6 @@ void FormTools::SelectAllText(QWidget& control, bool setFocus) {
         plain->selectAll();
     } else if (auto* rich = qobject_cast<QTextEdit*>(&control)) {
         rich->selectAll();
-    } else {
-        return;
     }
     if (setFocus) {
         control.setFocus();
@@ -83,8 +81,8 @@ void FormTools::SelectAllText(QWidget& control, bool setFocus) {
 void FormTools::CaretToEnd(QWidget& control) {
     if (auto* line = qobject_cast<QLineEdit*>(&control)) {
         line->end(false);
-    } else if (!MoveCaretToEnd<QPlainTextEdit>(control) && !MoveCaretToEnd<QTextEdit>(control)) {
-        return;
+    } else if (!MoveCaretToEnd<QPlainTextEdit>(control)) {
+        MoveCaretToEnd<QTextEdit>(control);
     }
     control.setFocus();
 }

@@ -19,9 +19,10 @@ void SetFormCaption(QWidget& form, const QString& title, int indent = 0);
 /// title bar.
 void KeepTitleWhole(QWidget& form);
 
-/// Selection over the whole text of a line or text edit; focus if asked. Other controls are left alone.
+/// Selection over the whole text of a line or text edit; focus if asked. Another control has nothing to
+/// select, and gets the focus all the same.
 void SelectAllText(QWidget& control, bool setFocus);
-/// Caret behind the text, nothing selected, focus.
+/// Caret behind the text of a line or text edit, nothing selected; focus for every control.
 void CaretToEnd(QWidget& control);
 
 }  // namespace FormTools

@@ -21,6 +21,12 @@ QString OneLine(QString line) {
     return line;
 }
 
+QString NumberAndDescription(const std::exception& failure) {
+    const auto* numbered = dynamic_cast<const NumberedFailure*>(&failure);
+    return QString::number(numbered == nullptr ? 0 : numbered->Number()) + u' ' +
+           QString::fromUtf8(failure.what());
+}
+
 }  // namespace
 
 Log::Log(LocalFiles& files, Clock& clock) : m_files(files), m_clock(clock) {}
@@ -45,8 +51,11 @@ void Log::Write(const QString& line) noexcept {
 void Log::WriteFailure(const QString& prefix, const std::exception& failure) noexcept {
     Trap([&] {
         const auto* numbered = dynamic_cast<const NumberedFailure*>(&failure);
-        Write(prefix + QString::number(numbered == nullptr ? 0 : numbered->Number()) + u' ' +
-              QString::fromUtf8(failure.what()) + u' ' +
+        Write(prefix + NumberAndDescription(failure) + u' ' +
               (numbered == nullptr ? QString() : numbered->Source()));
     });
+}
+
+void Log::WriteFailureBriefly(const QString& prefix, const std::exception& failure) noexcept {
+    Trap([&] { Write(prefix + NumberAndDescription(failure)); });
 }

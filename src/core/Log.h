@@ -22,6 +22,8 @@ public:
     /// "`prefix``number` `description` `source`" of a failure: `prefix` brings its own blank or colon. Number
     /// and source are those of a NumberedFailure, 0 and empty for any other.
     void WriteFailure(const QString& prefix, const std::exception& failure) noexcept;
+    /// The same without the source.
+    void WriteFailureBriefly(const QString& prefix, const std::exception& failure) noexcept;
 
 private:
     LocalFiles& m_files;

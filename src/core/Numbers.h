@@ -17,7 +17,7 @@ public:
 namespace Numbers {
 
 /// The leading numeric part of a text (sign, digits, one decimal point, exponent); 0 if none. Blanks are
-/// skipped wherever they stand. Infinite if it is too large for a double.
+/// skipped wherever they stand. The largest double of its sign if it is too large for one.
 [[nodiscard]] double Read(const QString& text);
 
 /// Rounds half to even into a signed 16-bit value. Throws OverflowError beyond -32768..32767; never wraps.

@@ -9,10 +9,6 @@
 
 namespace {
 
-bool IsSeparator(QChar character) {
-    return character == u'\\' || character == u'/';
-}
-
 struct Token {
     enum class Kind { Literal, AnyRun, AnyOne, Digit, Set };
     Kind Type = Kind::Literal;
@@ -105,7 +101,7 @@ QString Text::Trim(const QString& text) {
 }
 
 QString Text::WithBackslash(const QString& path) {
-    return !path.isEmpty() && IsSeparator(path.back()) ? path : path + u'\\';
+    return path.endsWith(u'\\') ? path : path + u'\\';
 }
 
 QString Text::PathOnly(const QString& path) {

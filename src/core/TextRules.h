@@ -8,8 +8,8 @@ namespace Text {
 /// Removes blanks (U+0020) at both ends; tabs and line breaks stay.
 [[nodiscard]] QString Trim(const QString& text);
 
-/// `path` with a backslash behind it unless it ends in one (or in "/"); the empty path gives a single
-/// backslash.
+/// `path` with a backslash behind it unless it ends in one; the empty path gives a single backslash. A path
+/// that ends in "/" gets one too, which NativePath makes one separator of.
 [[nodiscard]] QString WithBackslash(const QString& path);
 
 /// The folder of a path: a path with no "." comes back as it stands; otherwise the part before the last

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <exception>
+#include <stdexcept>
 #include <utility>
 
 /// Runs one step of a procedure that ignores failures: an exception is trapped and the next step runs. True
@@ -23,6 +24,9 @@ bool TrapTo(Step&& step, OnFailure&& onFailure) noexcept {
         return true;
     } catch (const std::exception& failure) {
         std::forward<OnFailure>(onFailure)(failure);
+        return false;
+    } catch (...) {
+        std::forward<OnFailure>(onFailure)(std::runtime_error("unknown"));
         return false;
     }
 }

@@ -214,7 +214,7 @@ QString DriveTable::NativePath(const QString& path) const {
         const QString folder = FolderOf(turned);
         return folder.isEmpty() ? turned : MatchCase(Joined(folder, turned.mid(2)));
     }
-    if (IsShare(turned)) {
+    if (IsShare(turned) && path.at(0) == path.at(1)) {
         const QString place = ShareFolder(turned);
         return place.isEmpty() ? turned : MatchCase(place);
     }

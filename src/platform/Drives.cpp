@@ -19,11 +19,11 @@ QString SystemDrives::GetNetworkConnection(const QString& drive) const {
     return DriveTable::OfThisMachine().RemoteName(drive);
 }
 
-void SystemDrives::RestoreNetworkDrive(int /*window*/, const QString& drive) {
+bool SystemDrives::RestoreNetworkDrive(int /*window*/, const QString& drive) {
     const DriveTable table = DriveTable::OfThisMachine();
     const QString folder = table.FolderOf(drive);
     if (!folder.startsWith(u'/') || table.IsMounted(folder)) {
-        return;
+        return false;
     }
     QProcess mount;
     mount.setProgram(QStringLiteral("mount"));
@@ -32,6 +32,7 @@ void SystemDrives::RestoreNetworkDrive(int /*window*/, const QString& drive) {
     mount.setStandardOutputFile(QProcess::nullDevice());
     mount.setStandardErrorFile(QProcess::nullDevice());
     mount.startDetached();
+    return false;
 }
 
 QString NativePath(const QString& path) {
@@ -41,7 +42,8 @@ QString NativePath(const QString& path) {
     if (path.isEmpty() || (isPlain && access(QFile::encodeName(path).constData(), F_OK) == 0)) {
         return path;
     }
-    const bool isShare = path.size() >= 2 && IsSeparator(path.at(0)) && IsSeparator(path.at(1));
+    // Two alike: a backslash behind the root folder makes no share of it.
+    const bool isShare = path.size() >= 2 && IsSeparator(path.at(0)) && path.at(0) == path.at(1);
     const bool isDrive = path.size() >= 2 && path.at(1) == u':';
     return isShare || isDrive ? DriveTable::OfThisMachine().NativePath(path)
                               : DriveTable({}, {}).NativePath(path);

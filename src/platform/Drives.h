@@ -8,8 +8,9 @@ public:
     virtual ~Drives() = default;
     /// The remote name behind "X:", as "\\server\share"; empty if the letter stands for nothing.
     [[nodiscard]] virtual QString GetNetworkConnection(const QString& drive) const = 0;
-    /// Asks the machine to bring a mapped drive back, without waiting for it. The outcome is not known.
-    virtual void RestoreNetworkDrive(int window, const QString& drive) = 0;
+    /// Asks the machine to bring a mapped drive back, without waiting for it. The outcome is not known:
+    /// always false.
+    virtual bool RestoreNetworkDrive(int window, const QString& drive) = 0;
 };
 
 /// The drives of this machine: mounted network file systems (cifs, smb3, nfs) and the table `drives.ini`
@@ -19,7 +20,7 @@ public:
 class SystemDrives final : public Drives {
 public:
     [[nodiscard]] QString GetNetworkConnection(const QString& drive) const override;
-    void RestoreNetworkDrive(int window, const QString& drive) override;
+    bool RestoreNetworkDrive(int window, const QString& drive) override;
 };
 
 /// Turns any path into what this machine opens, at the last moment before it is opened: backslashes become

@@ -26,6 +26,12 @@ bool IsOwnFolder(const QString& path) {
            access(name.constData(), W_OK) == 0;
 }
 
+/// "host:10.1" is screen 1 of the display "host:10"; ":0" and ":0.0" are one session.
+QString WithoutScreen(const QString& display) {
+    const qsizetype point = display.indexOf(u'.', display.lastIndexOf(u':') + 1);
+    return point < 0 ? display : display.left(point);
+}
+
 }  // namespace
 
 LocalInstance::LocalInstance(const QString& folder, const QString& session)
@@ -115,6 +121,9 @@ QString LocalInstance::SessionName() {
     for (const char* name : {"WAYLAND_DISPLAY", "DISPLAY", "XDG_SESSION_ID"}) {
         QString value = qEnvironmentVariable(name);
         if (!value.isEmpty()) {
+            if (qstrcmp(name, "DISPLAY") == 0) {
+                value = WithoutScreen(value);
+            }
             for (QChar& letter : value) {
                 const bool isPlain = letter.unicode() < 128 && letter.isLetterOrNumber();
                 letter = isPlain ? letter : QChar(u'-');

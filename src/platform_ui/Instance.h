@@ -41,7 +41,8 @@ public:
     /// $XDG_RUNTIME_DIR, or a folder of this user's own in the temporary folder, made with mode 0700. Empty
     /// if neither can be had.
     [[nodiscard]] static QString RuntimeFolder();
-    /// The display that this session shows its windows on, in letters that a file name may have.
+    /// The display that this session shows its windows on, without the number of a screen, in letters that a
+    /// file name may have.
     [[nodiscard]] static QString SessionName();
 
 private:

@@ -27,6 +27,10 @@ AdBanner::AdBanner(QWidget* parent) : QWidget(parent), m_tmrAdupdate(new QTimer(
     m_tmrAdupdate->setInterval(UpdateInterval);
 }
 
+void AdBanner::StopUpdates() {
+    m_tmrAdupdate->stop();
+}
+
 QSize AdBanner::sizeHint() const {
     const int word = QFontMetrics(WordFont(*this)).horizontalAdvance(Product::AppTitle);
     return {PictureSide + Gap + word + Gap, qMax(PictureSide, fontMetrics().height())};

@@ -13,6 +13,9 @@ public:
 
     explicit AdBanner(QWidget* parent = nullptr);
 
+    /// Turns the timer off.
+    void StopUpdates();
+
     [[nodiscard]] QSize sizeHint() const override;
 
 protected:

@@ -9,7 +9,7 @@ BackgroundDrag::BackgroundDrag(QWidget& form) : QObject(&form), m_form(form) {
 }
 
 bool BackgroundDrag::eventFilter(QObject*, QEvent* event) {
-    if (event->type() != QEvent::MouseButtonPress || m_form.windowHandle() == nullptr) {
+    if (event->type() != QEvent::MouseButtonPress) {
         return false;
     }
     const auto* press = static_cast<QMouseEvent*>(event);
@@ -18,5 +18,9 @@ bool BackgroundDrag::eventFilter(QObject*, QEvent* event) {
     if (press->button() != Qt::LeftButton || (under != nullptr && !under->isEnabled())) {
         return false;
     }
-    return m_form.windowHandle()->startSystemMove();
+    return DragWindow(m_form);
+}
+
+bool BackgroundDrag::DragWindow(const QWidget& window) {
+    return window.windowHandle() != nullptr && window.windowHandle()->startSystemMove();
 }

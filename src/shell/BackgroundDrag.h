@@ -10,6 +10,10 @@ class BackgroundDrag final : public QObject {
 public:
     explicit BackgroundDrag(QWidget& form);
 
+    /// From here on the window goes with the mouse until its button is let go. False if the window is not on
+    /// the screen or the window system does not do that.
+    static bool DragWindow(const QWidget& window);
+
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 

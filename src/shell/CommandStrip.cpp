@@ -47,6 +47,10 @@ ShrinkButton* CommandStrip::NewButton(const QString& name, const QString& icon, 
     return button;
 }
 
+void CommandStrip::StopBanner() {
+    m_banner->StopUpdates();
+}
+
 void CommandStrip::resizeEvent(QResizeEvent* event) {
     QFrame::resizeEvent(event);
     // The words on the buttons matter more than the picture.

@@ -12,6 +12,9 @@ class CommandStrip final : public QFrame {
 public:
     explicit CommandStrip(QWidget* parent = nullptr);
 
+    /// No next picture from now on.
+    void StopBanner();
+
 Q_SIGNALS:
     void ExitPressed();
 

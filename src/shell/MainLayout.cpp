@@ -10,6 +10,7 @@ namespace {
 
 constexpr QSize FirstSize(1100, 740);
 constexpr int Gap = 10;
+constexpr int EdgeGap = 7;  // above and below: height is scarcer than width
 constexpr int LeftShare = 9;
 constexpr int RightShare = 13;
 const QString WindowKey = QStringLiteral("Window");
@@ -31,15 +32,23 @@ MainLayout::MainLayout(QWidget& form, QWidget* top, QWidget* left, QWidget* righ
     m_splitter->setChildrenCollapsible(false);
     m_splitter->setHandleWidth(Gap);
     m_splitter->addWidget(left);
-    m_splitter->addWidget(right);
+    // The warning stands below the side that has height to spare: below both, it would make the least height
+    // of the window larger by its own.
+    auto* rightSide = new QWidget;
+    rightSide->setObjectName(QStringLiteral("fraRightSide"));
+    auto* rightColumn = new QVBoxLayout(rightSide);
+    rightColumn->setContentsMargins(0, 0, 0, 0);
+    rightColumn->setSpacing(Gap);
+    rightColumn->addWidget(right, 1);
+    rightColumn->addWidget(bottom);
+    m_splitter->addWidget(rightSide);
     m_splitter->setStretchFactor(0, LeftShare);
     m_splitter->setStretchFactor(1, RightShare);
     auto* column = new QVBoxLayout(&form);
-    column->setContentsMargins(Gap, Gap, Gap, Gap);
-    column->setSpacing(Gap);
+    column->setContentsMargins(Gap, EdgeGap, Gap, EdgeGap);
+    column->setSpacing(EdgeGap);
     column->addWidget(top);
     column->addWidget(m_splitter, 1);
-    column->addWidget(bottom);
 }
 
 void MainLayout::Activate() {

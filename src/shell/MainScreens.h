@@ -20,12 +20,15 @@ public:
     void RepaintSplash() override;
     void HideSplash() override;
     void DropSplash() override;
-    /// The setup is not part of the program yet: tells how a data folder is given, and counts as canceled.
+    /// The setup is not part of the program yet: tells how a data folder is given, and, where there is one,
+    /// which one the program works with. Counts as canceled.
     [[nodiscard]] bool RunSetupWizard() override;
     /// Not part of the program yet: notes in the log that the phonebook waits for it, as if it had been
     /// closed.
     void RunPhonebookWizard() override;
+    /// A window that cannot be made is logged, and there is none.
     void LoadMain() override;
+    [[nodiscard]] MainState StateOfMain() const override;
     [[nodiscard]] WindowHandle MainHandle() const override;
     void ShowMain() override;
     void ContactListFocus(bool home) override;

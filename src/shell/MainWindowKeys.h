@@ -20,6 +20,7 @@ struct MainWindowKey {
 };
 
 /// The keys that the main window sees before its controls do. Any other key, or another modifier, passes on.
+/// They work on every keyboard layout: where a key types no Latin letter or digit, its place counts.
 class MainWindowKeys final : public QObject {
     Q_OBJECT
 public:

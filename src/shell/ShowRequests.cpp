@@ -30,6 +30,10 @@ void ShowRequests::UnsubclassMainWindow() {
     m_machine.OneCopy.SetOnShow({});
 }
 
+void ShowRequests::DeleteInstanceMarker() {
+    mdlInstance::DeleteInstanceMarker(m_machine);
+}
+
 void ShowRequests::ForceForeground() {
     m_form.setWindowState(m_form.windowState() & ~Qt::WindowMinimized);
     m_form.show();

@@ -18,6 +18,8 @@ public:
     /// From now on the window is found by its class name, and requests are heard.
     void SubclassMainWindow();
     void UnsubclassMainWindow();
+    /// Old versions of the program left a file beside the one with the window's handle.
+    void DeleteInstanceMarker();
     /// Out of the task bar if it is minimised there, and in front of all others.
     void ForceForeground();
 

@@ -10,8 +10,8 @@
 #include "core/Product.h"
 #include "core/Settings.h"
 #include "core/TextRules.h"
-#include "platform/Folders.h"
 #include "platform/LocalFiles.h"
+#include "platform/SuppliedFiles.h"
 
 #include <QCheckBox>
 #include <QDialogButtonBox>
@@ -79,8 +79,8 @@ TipOfDay::TipOfDay(const QStringList& tips, const QString& company, const QStrin
 }
 
 void TipOfDay::ShowIfDue(const Machine& machine, Settings& settings, const CommandLine& commandLine) {
-    const QString path = Text::WithBackslash(machine.Places.ApplicationFolder()) + QStringLiteral("tips.txt");
-    const auto bytes = machine.Files.Read(path);
+    const auto bytes =
+        machine.Files.Read(FindSuppliedFile(machine.Places, machine.Files, QStringLiteral("tips.txt")));
     const QStringList tips = bytes ? TipsOf(machine.Page.Decode(*bytes)) : QStringList();
     if (tips.isEmpty() || (!commandLine.IsTipOfTheDay() && !IsWanted(settings))) {
         return;

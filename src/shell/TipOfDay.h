@@ -15,12 +15,12 @@ struct Machine;
 class TipOfDay final : public QDialog {
     Q_OBJECT
 public:
-    /// `company` and `application` are named in the title and in front of the tip. `tips` is not empty.
+    /// `company` and `application` are named above the tip. `tips` is not empty.
     TipOfDay(const QStringList& tips, const QString& company, const QString& application, Settings& settings,
              QWidget* parent = nullptr);
 
-    /// Shows the dialog if there is a file tips.txt in the application's folder, and if the user wants tips
-    /// or the command line asks for one.
+    /// Shows the dialog if a file tips.txt came with the program or lies in the application's folder, and if
+    /// the user wants tips or the command line asks for one.
     static void ShowIfDue(const Machine& machine, Settings& settings, const CommandLine& commandLine);
     /// Whether this user wants tips at start-up.
     [[nodiscard]] static bool IsWanted(const Settings& settings);

@@ -4,10 +4,10 @@
 #include "app/AppContext.h"
 #include "app/ExitPath.h"
 #include "app/Machine.h"
-#include "app/mdlInstance.h"
 #include "compose/ComposeArea.h"
 #include "controls/FormTools.h"
 #include "core/Log.h"
+#include "platform/Clock.h"
 #include "platform/EventPump.h"
 #include "setup/AccessPasswords.h"
 #include "shell/AlertStrip.h"
@@ -85,6 +85,8 @@ StepTable frmMain::LoadSteps() {
              IsInitialising = true;
              FormTools::SetFormCaption(*this, QString());
          }},
+        {QStringLiteral("ExpandPlaceholders"),
+         [this] { FormTools::ExpandPlaceholders(*this, m_machine.Time.Now().date().year()); }},
         {QStringLiteral("SetAppWindowStyle"), [this] { m_requests->SetAppWindowStyle(); }},
         {QStringLiteral("InitMainWindow"), [this] { InitMainWindow(); }},
         {QStringLiteral("CreateTracker"), [this] { m_context.CreateTracker(); }},
@@ -105,12 +107,9 @@ StepTable frmMain::InitMainWindowSteps() {
     return {
         {QStringLiteral("LayoutControls"), [this] { m_layout->Activate(); }},
         {QStringLiteral("InitColours"), [this] { InitColours(); }},
-        {QStringLiteral("InitTabs"),
-         [this] {
-             InitAlphaTabs();
-             InitGroupTabs();
-             InitUserHeaders();
-         }},
+        {QStringLiteral("InitAlphaTabs"), [this] { InitAlphaTabs(); }},
+        {QStringLiteral("InitGroupTabs"), [this] { InitGroupTabs(); }},
+        {QStringLiteral("InitUserHeaders"), [this] { InitUserHeaders(); }},
         {QStringLiteral("InitMessageSize"), [this] { InitMessageSize(); }},
         {QStringLiteral("InitMessageTails"), [this] { InitMessageTails(); }},
         {QStringLiteral("InitSortBy"), [this] { InitSortBy(); }},
@@ -118,11 +117,8 @@ StepTable frmMain::InitMainWindowSteps() {
         {QStringLiteral("HideAlert"), [this] { ShowAlert(false); }},
         {QStringLiteral("Reset"), [this] { Reset(); }},
         {QStringLiteral("EndInitialising"), [this] { IsInitialising = false; }},
-        {QStringLiteral("ShowGroup"),
-         [this] {
-             ShowGroup();
-             UpdateStateDisplay();
-         }},
+        {QStringLiteral("ShowGroup"), [this] { ShowGroup(); }},
+        {QStringLiteral("UpdateStateDisplay"), [this] { UpdateStateDisplay(); }},
     };
 }
 
@@ -144,19 +140,20 @@ void frmMain::ToTray(bool hide) {
 
 StepTable frmMain::QueryUnloadSteps() {
     return {
-        {QStringLiteral("DisableTimers"), [this] { m_poll->Stop(); }},
+        {QStringLiteral("DisableTimers"),
+         [this] {
+             m_commands->StopBanner();
+             m_poll->Stop();
+         }},
         {QStringLiteral("UnsubclassMainWindow"), [this] { m_requests->UnsubclassMainWindow(); }},
         {QStringLiteral("SaveSignature"), [this] { m_compose->SaveSignature(); }},
         {QStringLiteral("SaveSortBy"), [this] { m_context.SaveSortBy(); }},
         {QStringLiteral("SaveTracker"), [this] { m_context.MessageTracker.SaveSettings(); }},
-        {QStringLiteral("DeleteInstanceMarker"), [this] { mdlInstance::DeleteInstanceMarker(m_machine); }},
+        {QStringLiteral("DeleteInstanceMarker"), [this] { m_requests->DeleteInstanceMarker(); }},
         {QStringLiteral("SaveTabOrder"), [this] { m_phonebook->SaveTabOrder(); }},
-        {QStringLiteral("Hide"),
-         [this] {
-             m_layout->Save(m_context.AppSettings);
-             hide();
-             m_machine.Pump.Process(2);
-         }},
+        {QStringLiteral("SaveLayout"), [this] { m_layout->Save(m_context.AppSettings); }},
+        {QStringLiteral("Hide"), [this] { hide(); }},
+        {QStringLiteral("ProcessEvents"), [this] { m_machine.Pump.Process(2); }},
     };
 }
 

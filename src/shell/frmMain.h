@@ -62,6 +62,8 @@ public:
     /// Hides the window, or brings it back to the front. Without a notification area it is minimised.
     void ToTray(bool hide);
     [[nodiscard]] bool IsInTray() const { return m_isInTray; }
+    /// True once the window was closed: the exit path has begun, and nothing shows it again.
+    [[nodiscard]] bool IsUnloaded() const { return m_isUnloaded; }
     /// The warning that messages were not delivered.
     void ShowAlert(bool show);
     [[nodiscard]] bool PublicHistoryPasswordCheck();

@@ -56,6 +56,9 @@ TEST(CommandLine, TheDataFolderIsTakenInBothFormsAndMadeAbsolute) {
     EXPECT_EQ(CommandLine({Q("--data=") + office.Folder.path()}).DataFolder, office.Folder.path());
     const QString relative = QDir::current().relativeFilePath(office.Folder.path());
     EXPECT_EQ(CommandLine({Q("--data"), relative}).DataFolder, office.Folder.path());
+    QString turned = relative;
+    turned.replace(u'/', u'\\');
+    EXPECT_EQ(CommandLine({Q("--data"), turned}).DataFolder, office.Folder.path()) << "with backslashes";
 }
 
 TEST(CommandLine, AFolderWithoutAnOutboxIsRefusedWithTheWayToMakeOne) {
@@ -86,4 +89,16 @@ TEST(CommandLine, WhatItDoesNotKnowIsPassedOver) {
     const CommandLine line({Q("-platform"), Q("offscreen"), Q("file.txt")});
     EXPECT_TRUE(line.Problem.isEmpty());
     EXPECT_EQ(line.Text, Q("-platform offscreen file.txt"));
+}
+
+TEST(CommandLine, ADataFolderInOtherLettersIsMadeAbsoluteUnderItsTrueName) {
+    const QTemporaryDir root;
+    ASSERT_TRUE(QDir().mkpath(root.filePath(Q("Office"))));
+    QFile file(root.filePath(Q("Office/smsmessages.mdb")));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    const QString before = QDir::currentPath();
+    ASSERT_TRUE(QDir::setCurrent(root.path()));
+    EXPECT_EQ(CommandLine({Q("--data"), Q("OFFICE")}).DataFolder,
+              QDir::current().absoluteFilePath(Q("Office")));
+    ASSERT_TRUE(QDir::setCurrent(before));
 }

@@ -4,6 +4,7 @@
 #include "app/CommandLine.h"
 #include "app/RecordingScreens.h"
 #include "app/TestMachine.h"
+#include "app/mdlSetupWizard.h"
 #include "support/Environment.h"
 
 #include <QDir>
@@ -70,14 +71,46 @@ TEST(EntryRoutine, EventsAreLetThroughInTheSmallFixedCounts) {
 }
 
 TEST(EntryRoutine, AStepThatFailsIsSkippedAndTheNextOneRuns) {
-    for (const QString& failing : {Q("ShowSplash"), Q("LoadMain"), Q("HideSplash")}) {
+    for (const QString& failing : {Q("ShowSplash"), Q("RepaintSplash"), Q("HideSplash"), Q("ShowMain"),
+                                   Q("ContactListFocus home"), Q("RepaintMain")}) {
         TestMachine machine;
         machine.StoreOffice();
         Start start(machine);
         start.Screens.Failing = failing;
         EXPECT_TRUE(start.Run());
-        EXPECT_TRUE(start.Screens.Calls.contains(Q("ShowMain 0"))) << failing.toStdString();
+        EXPECT_EQ(start.Screens.Calls, WholeStart) << failing.toStdString();
         EXPECT_EQ(start.Context.AppBusyState.Value(), Busy::Idle);
+    }
+}
+
+TEST(EntryRoutine, WithoutAMainWindowTheProgramSaysSoAndEnds) {
+    TestMachine machine;
+    machine.StoreOffice();
+    machine.Office.Boxes.Expect();
+    Start start(machine);
+    start.Screens.Failing = Q("LoadMain");
+    EXPECT_FALSE(start.Run());
+    ASSERT_EQ(machine.Office.Boxes.Shown.size(), 1);
+    EXPECT_EQ(machine.Office.Boxes.Shown.first().Icon, BoxIcon::Critical);
+    EXPECT_TRUE(machine.Office.Boxes.Shown.first().Text.contains(Q("main window could not be opened")));
+    EXPECT_TRUE(start.Screens.Calls.contains(Q("DropSplash 2")))
+        << "the splash does not stand in front of it";
+}
+
+TEST(EntryRoutine, AMainWindowClosedWhileEventsAreLetThroughEndsTheProcessAtOnce) {
+    // Passes of the pump behind the loading of the main window: splash dropped, window shown, focus set.
+    for (const auto& [pass, calls] : {std::pair(4, 6), std::pair(5, 7), std::pair(6, 9)}) {
+        TestMachine machine;
+        machine.StoreOffice();
+        Start start(machine);
+        int passes = 0;
+        machine.Office.Pump.OnProcess = [&](int) {
+            if (++passes == pass) {
+                start.Screens.State = MainState::Unloaded;
+            }
+        };
+        EXPECT_FALSE(start.Run()) << pass;
+        EXPECT_EQ(start.Screens.Calls, WholeStart.first(calls)) << pass;
     }
 }
 
@@ -167,7 +200,8 @@ TEST(EntryRoutine, AFinishedSetupWizardIsNotedAndTheStartGoesOn) {
     TestMachine::Store(SettingNames::SectionDB, SettingNames::Outbox, machine.Office.DataFolder.path());
     Start start(machine);
     EXPECT_TRUE(start.Run());
-    EXPECT_EQ(start.Screens.Calls.first(), Q("RunSetupWizard 1"));
+    EXPECT_EQ(start.Screens.Calls, QStringList(Q("RunSetupWizard 1")) + WholeStart)
+        << "1 during the wizard, 2 again while the program starts up";
     EXPECT_EQ(TestMachine::Stored(SettingNames::SectionSetup, SettingNames::RunWizard), Q("0"));
 }
 
@@ -223,6 +257,47 @@ TEST(EntryRoutine, WithoutAConfigRowNoPhonebookWizardRuns) {
     EXPECT_FALSE(start.Screens.Calls.join(u' ').contains(Q("RunPhonebookWizard")));
 }
 
+TEST(EntryRoutine, AConfigWithoutARowDoesNotAskButTheCommandLineStillCan) {
+    TestMachine machine;
+    machine.StoreOffice();
+    machine.Office.ExecuteOnPhonebook(Q("DELETE FROM Config"));
+    Start plain(machine);
+    EXPECT_TRUE(plain.Run());
+    EXPECT_EQ(plain.Screens.Calls, WholeStart);
+    Start forced(machine, {Q("/wizard")});
+    EXPECT_TRUE(forced.Run());
+    EXPECT_TRUE(forced.Screens.Calls.contains(Q("RunPhonebookWizard 2")));
+}
+
+TEST(EntryRoutine, ASetupThatIsStillDueRunsThePhonebookWizardAsWell) {
+    TestMachine machine;
+    machine.StoreOffice();
+    AppContext context(machine.Seams());
+    context.AppSettings.SetApplication(Q("Larkspan Messenger"));
+    ASSERT_TRUE(mdlPhonebook::OpenPhonebook(context.Phonebook));
+    const CommandLine plain{QStringList()};
+    EXPECT_FALSE(mdlSetupWizard::IsPhonebookWizardDue(context, context.AppSettings, plain));
+    for (const auto& [value, isDue] : {std::pair(Q("1"), true), std::pair(Q("-1"), false),
+                                       std::pair(Q("True"), false), std::pair(Q("0"), false)}) {
+        TestMachine::Store(SettingNames::SectionSetup, SettingNames::RunWizard, value);
+        EXPECT_EQ(mdlSetupWizard::IsPhonebookWizardDue(context, context.AppSettings, plain), isDue)
+            << value.toStdString();
+    }
+}
+
+TEST(EntryRoutine, TheSetupWizardIsDueWhereItsSettingReadsAsTrue) {
+    for (const auto& [value, isDue] :
+         {std::pair(Q("1"), true), std::pair(Q("True"), true), std::pair(Q("-1"), true),
+          std::pair(Q("0"), false), std::pair(Q("False"), false), std::pair(Q("x"), false)}) {
+        TestMachine machine;
+        machine.StoreOffice();
+        TestMachine::Store(SettingNames::SectionSetup, SettingNames::RunWizard, value);
+        Start start(machine);
+        EXPECT_TRUE(start.Run());
+        EXPECT_EQ(start.Screens.Calls.contains(Q("RunSetupWizard 1")), isDue) << value.toStdString();
+    }
+}
+
 TEST(EntryRoutine, AnOutboxThatCannotBeOpenedIsPassedOverInSilence) {
     TestMachine machine;
     machine.StoreOffice();
@@ -257,7 +332,8 @@ TEST(EntryRoutine, APhonebookThatCannotBeOpenedShowsItsBoxAndTheStartGoesOn) {
 }
 
 TEST(EntryRoutine, TheSortOrderComesFromTheSettings) {
-    for (const auto& [stored, order] : {std::pair(Q("1"), 1), std::pair(Q("0"), 0), std::pair(Q("x"), 0)}) {
+    for (const auto& [stored, order] :
+         {std::pair(Q("1"), 1), std::pair(Q("0"), 0), std::pair(Q("x"), 0), std::pair(Q("40000"), 40000)}) {
         TestMachine machine;
         machine.StoreOffice();
         TestMachine::Store(SettingNames::SectionDefaults, SettingNames::SortBy, stored);
@@ -278,6 +354,17 @@ TEST(EntryRoutine, AHelpFileInTheApplicationFolderIsBoundAndAMissingOneIsNot) {
     Start with(machine);
     ASSERT_TRUE(with.Run());
     EXPECT_FALSE(with.Context.HelpFile.isEmpty());
+}
+
+TEST(EntryRoutine, AnInstalledHelpFileIsBoundFromTheShareFolder) {
+    TestMachine machine;
+    machine.StoreOffice();
+    const QString path = machine.Office.Folders.ShareFolder() + Q("larkspan.chm");
+    ASSERT_TRUE(QDir().mkpath(machine.Office.Folders.ShareFolder()));
+    ASSERT_TRUE(machine.Office.Files.Replace(path, "help"));
+    Start start(machine);
+    ASSERT_TRUE(start.Run());
+    EXPECT_EQ(start.Context.HelpFile, path);
 }
 
 TEST(EntryRoutine, TheHandleOfTheMainWindowIsWrittenToTheTemporaryFolder) {

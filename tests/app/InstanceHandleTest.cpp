@@ -74,6 +74,7 @@ TEST(ActivatePreviousInstance, ElseUsesTheHandleInTheFile) {
     mdlInstance::WriteInstanceHandle(machine.Seams(), 99);
     mdlInstance::ActivatePreviousInstance(machine.Seams());
     EXPECT_EQ(machine.Desktop.Calls, (QStringList{Q("show request to 99"), Q("foreground 99")}));
+    EXPECT_EQ(machine.OneCopy.ShowRequests, 1) << "99 may be anybody's window";
 }
 
 TEST(ActivatePreviousInstance, WithoutAnyHandleTheRequestGoesThroughTheSocket) {

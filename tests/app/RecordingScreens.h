@@ -16,6 +16,7 @@ public:
     bool IsSetupFinished = true;
     /// The call of this name fails.
     QString Failing;
+    MainState State = MainState::None;
 
     void ShowSplash() override { Note("ShowSplash"); }
     void RepaintSplash() override { Note("RepaintSplash"); }
@@ -26,8 +27,12 @@ public:
         return IsSetupFinished;
     }
     void RunPhonebookWizard() override { Note("RunPhonebookWizard"); }
-    void LoadMain() override { Note("LoadMain"); }
-    [[nodiscard]] WindowHandle MainHandle() const override { return 4711; }
+    void LoadMain() override {
+        Note("LoadMain");
+        State = MainState::Open;
+    }
+    [[nodiscard]] MainState StateOfMain() const override { return State; }
+    [[nodiscard]] WindowHandle MainHandle() const override { return State == MainState::None ? 0 : 4711; }
     void ShowMain() override { Note("ShowMain"); }
     void ContactListFocus(bool home) override { Note(home ? "ContactListFocus home" : "ContactListFocus"); }
     void RepaintMain() override { Note("RepaintMain"); }

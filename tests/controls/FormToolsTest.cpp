@@ -101,15 +101,19 @@ TEST(FormTools, CaretToEndSelectsNothingAndTakesTheFocus) {
     EXPECT_EQ(form.focusWidget(), &plain);
 }
 
-TEST(FormTools, ControlsWithoutTextAreLeftAloneByBoth) {
+TEST(FormTools, AControlWithoutTextGetsTheFocusAllTheSame) {
     QWidget form;
     QLineEdit line(&form);
     QPushButton button(&form);
     form.show();
     line.setFocus();
-    FormTools::SelectAllText(button, true);
-    FormTools::CaretToEnd(button);
+    FormTools::SelectAllText(button, false);
     EXPECT_EQ(form.focusWidget(), &line);
+    FormTools::SelectAllText(button, true);
+    EXPECT_EQ(form.focusWidget(), &button);
+    line.setFocus();
+    FormTools::CaretToEnd(button);
+    EXPECT_EQ(form.focusWidget(), &button);
 }
 
 }  // namespace

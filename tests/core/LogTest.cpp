@@ -77,6 +77,12 @@ TEST_F(LogTest, AFailureIsPrefixNumberDescriptionAndSource) {
               "InitGrouptabs_Error : 6 Overflow \n");
 }
 
+TEST_F(LogTest, AFailureToldBrieflyHasNoSource) {
+    const NumberedFailure failure(3704, u"The phonebook is closed."_s, u"Store"_s);
+    EXPECT_EQ(StandardErrorOf([&] { m_log.WriteFailureBriefly(u"InitGrouptabs_Error : "_s, failure); }),
+              "InitGrouptabs_Error : 3704 The phonebook is closed.\n");
+}
+
 TEST_F(LogTest, AFailureWithoutANumberHasTheNumberZero) {
     EXPECT_EQ(
         StandardErrorOf([&] { m_log.WriteFailure(u"Reset Error "_s, std::runtime_error("a step failed")); }),

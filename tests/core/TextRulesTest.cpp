@@ -17,10 +17,10 @@ TEST(TextRules, TrimRemovesBlanksAtBothEndsAndNothingElse) {
     EXPECT_EQ(Text::Trim(QString()), u""_s);
 }
 
-TEST(TextRules, WithBackslashAddsOneUnlessThereIsASeparator) {
+TEST(TextRules, WithBackslashAddsOneUnlessThereIsOne) {
     EXPECT_EQ(Text::WithBackslash(u"C:\\data"_s), u"C:\\data\\"_s);
     EXPECT_EQ(Text::WithBackslash(u"C:\\data\\"_s), u"C:\\data\\"_s);
-    EXPECT_EQ(Text::WithBackslash(u"/srv/data/"_s), u"/srv/data/"_s);
+    EXPECT_EQ(Text::WithBackslash(u"/srv/data/"_s), u"/srv/data/\\"_s);
     EXPECT_EQ(Text::WithBackslash(u"/srv/data"_s), u"/srv/data\\"_s);
 }
 

@@ -23,4 +23,6 @@ TEST(Trap, HandsTheFailureOn) {
     EXPECT_EQ(description, "");
     EXPECT_FALSE(TrapTo([] { throw std::runtime_error("a failing step"); }, keep));
     EXPECT_EQ(description, "a failing step");
+    EXPECT_FALSE(TrapTo([] { throw 5; }, keep));
+    EXPECT_EQ(description, "unknown");
 }

@@ -3,6 +3,7 @@
 
 #include <QAbstractButton>
 #include <QElapsedTimer>
+#include <QProcess>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
@@ -60,6 +61,18 @@ public:
 
 private:
     QProcess m_process;
+};
+
+/// A layout of the screen's keyboard, for as long as it lives.
+class KeyboardLayout {
+public:
+    explicit KeyboardLayout(const QString& name) { Set(name); }
+    ~KeyboardLayout() { Set(Q("us")); }
+    KeyboardLayout(const KeyboardLayout&) = delete;
+    KeyboardLayout& operator=(const KeyboardLayout&) = delete;
+
+private:
+    static void Set(const QString& name) { EXPECT_EQ(QProcess::execute(Q("setxkbmap"), {name}), 0); }
 };
 
 }  // namespace
@@ -247,4 +260,53 @@ TEST(OnTheScreen, AfterACrashTheNextStartOpensAWindowAndTheOneAfterRaisesIt) {
     ASSERT_TRUE(third.Process().waitForFinished(15000));
     Driver::WaitFor(Q("the window in front again"),
                     [&] { return RealInput::Output({Q("getactivewindow")}) == window; });
+}
+
+TEST(OnTheScreen, ASecondStartTakesTheMainWindowOutOfTheTray) {
+    RealOffice office;
+    RealProgram program(office);
+    program.Window().ToTray(true);
+    ASSERT_TRUE(program.Window().IsInTray());
+    Started second(office);
+    Driver::WaitFor(Q("the end of the second start"),
+                    [&] { return second.Process().state() == QProcess::NotRunning; });
+    Driver::WaitFor(Q("the window out of the tray"), [&] { return !program.Window().IsInTray(); });
+    Driver::WaitFor(Q("the window in front"), [&] { return program.Window().isActiveWindow(); });
+}
+
+TEST(OnTheScreen, AHandleThatHasBecomeSomebodyElsesWindowDoesNotKeepTheRunningCopyHidden) {
+    RealOffice office;
+    RealProgram program(office);
+    QWidget foreign;
+    foreign.setWindowTitle(Q("Somebody else"));
+    foreign.show();
+    // A hidden window stands in no list of the window manager: only the file and the socket are left.
+    program.Window().hide();
+    ASSERT_TRUE(program.Seams.Files.Replace(program.Seams.Places.TempFolder() + Q("hwnd.sms"),
+                                            QByteArray::number(foreign.winId()) + "\r\n"));
+    Started second(office);
+    Driver::WaitFor(Q("the end of the second start"),
+                    [&] { return second.Process().state() == QProcess::NotRunning; });
+    Driver::WaitFor(Q("the main window"), [&] { return program.Window().isVisible(); });
+}
+
+TEST(OnTheScreen, APressOnTheBackgroundMovesTheWindow) {
+    RealOffice office;
+    RealProgram program(office);
+    frmMain& window = program.Window();
+    const QPoint before = window.pos();
+    const QPoint ground = window.mapToGlobal(QPoint(4, 4));
+    RealInput::Drag(ground, ground + QPoint(60, 40));
+    Driver::WaitFor(Q("the window at another place"), [&] { return window.pos() != before; });
+}
+
+TEST(OnTheScreen, TheKeysWorkOnARussianKeyboard) {
+    RealOffice office;
+    RealProgram program(office);
+    const KeyboardLayout russian(Q("ru"));
+    Driver::Settle();
+    Driver::Find(Q("cmdExit")).setFocus();
+    // By the numbers of the keys: Alt, and the one with M on a Latin keyboard.
+    RealInput::Do({Q("keydown"), Q("64"), Q("key"), Q("58"), Q("keyup"), Q("64")});
+    Driver::WaitFor(Q("the focus in the message"), [] { return Driver::Find(Q("txtMessage")).hasFocus(); });
 }

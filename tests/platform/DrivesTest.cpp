@@ -111,7 +111,7 @@ TEST_F(DrivesTest, AShareThatIsNotMountedComesBackWithItsSeparatorsTurned) {
 
 TEST_F(DrivesTest, RestoringADriveMountsItsFolder) {
     const FakeMount mount;
-    SystemDrives().RestoreNetworkDrive(0, u"X:"_s);
+    EXPECT_FALSE(SystemDrives().RestoreNetworkDrive(0, u"X:"_s)) << "the outcome is not known";
     EXPECT_EQ(mount.NextCall(10000), m_root.path().toLocal8Bit());
 }
 
@@ -123,4 +123,15 @@ TEST_F(DrivesTest, RestoringWhatIsMountedOrUnknownDoesNothing) {
     SystemDrives().RestoreNetworkDrive(0, QString());
     SystemDrives().RestoreNetworkDrive(0, u"X:"_s);
     EXPECT_EQ(mount.NextCall(10000), m_root.path().toLocal8Bit());  // the only call
+}
+
+TEST(NativePath, ABackslashBehindASlashIsOneSeparator) {
+    const QTemporaryDir folder;
+    QFile file(folder.filePath(u"hwnd.sms"_s));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.close();
+    const QString native = NativePath(folder.path() + u"/\\HWND.sms"_s);
+    EXPECT_TRUE(QFileInfo(native).isFile()) << native.toStdString();
+    EXPECT_EQ(QDir::cleanPath(native), folder.filePath(u"hwnd.sms"_s));
+    EXPECT_EQ(QDir::cleanPath(NativePath(u"/\\TMP"_s)), u"/tmp"_s) << "the root folder is no share";
 }

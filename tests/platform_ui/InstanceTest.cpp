@@ -159,8 +159,11 @@ TEST(Instance, TheRuntimeFolderIsTheUsersOwn) {
 
 TEST(Instance, TheSessionIsNamedByItsDisplay) {
     qunsetenv("WAYLAND_DISPLAY");
-    qputenv("DISPLAY", ":7.0");
-    EXPECT_EQ(LocalInstance::SessionName(), QStringLiteral("-7-0"));
+    for (const auto& [display, name] :
+         {std::pair(":7", "-7"), std::pair(":7.0", "-7"), std::pair("10.0.0.5:7.1", "10-0-0-5-7")}) {
+        qputenv("DISPLAY", display);
+        EXPECT_EQ(LocalInstance::SessionName(), QString::fromLatin1(name)) << display;
+    }
     qputenv("WAYLAND_DISPLAY", "wayland-1");
     EXPECT_EQ(LocalInstance::SessionName(), QStringLiteral("wayland-1"));
 }

@@ -18,6 +18,27 @@ QLineEdit& Entry(QDialog& dialog) {
     return *dialog.findChild<QLineEdit*>(QStringLiteral("txtPassword"));
 }
 
+/// Counts how often it is painted.
+class PaintedWindow final : public QWidget {
+public:
+    int Paints = 0;
+
+protected:
+    void paintEvent(QPaintEvent*) override { ++Paints; }
+};
+
+/// Counts the key presses that reach a widget.
+class KeyCounter final : public QObject {
+public:
+    int Presses = 0;
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override {
+        Presses += event->type() == QEvent::KeyPress ? 1 : 0;
+        return false;
+    }
+};
+
 class AccessPasswordsTest : public ::testing::Test {
 protected:
     void Store(const char* column, const QString& password) {
@@ -39,7 +60,7 @@ protected:
 
     TempOffice Office;
     RecordingDoor Door;
-    QWidget Owner;
+    PaintedWindow Owner;
     AccessPasswords Passwords{Office.PhonebookValues, Door, Office.Pump, Office.Time, Owner};
 };
 
@@ -111,15 +132,24 @@ TEST_F(AccessPasswordsTest, AWrongOrCanceledEntryIsRefusedWithoutAWordAndAskedFo
 
 TEST_F(AccessPasswordsTest, AfterThePromptTheWindowIsPaintedAndEventsRunTwice) {
     Store("cfgEditPassword", QStringLiteral("edit"));
-    ExpectCancel();
+    Owner.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&Owner));
+    Door.ExpectDialog([this](QDialog& dialog) {
+        QTest::keyClick(&Entry(dialog), Qt::Key_Escape);
+        Owner.Paints = 0;
+    });
+    int paintsBeforeEvents = -1;
+    Office.Pump.OnProcess = [&](int) { paintsBeforeEvents = Owner.Paints; };
     EXPECT_FALSE(Edit());
     EXPECT_EQ(Office.Pump.Calls, QList<int>{2});
+    EXPECT_EQ(paintsBeforeEvents, 1);
 }
 
 TEST_F(AccessPasswordsTest, ATrailingBlankIsForgivenForTheHistoryAndNotForEditing) {
     Store("cfgPublicHistoryPassword", QStringLiteral("past"));
     ExpectEntry(QStringLiteral("past "));
     EXPECT_TRUE(Passwords.PublicHistoryPasswordCheck());
+    EXPECT_EQ(Door.Owner, &Owner);
     Store("cfgEditPassword", QStringLiteral("edit"));
     ExpectEntry(QStringLiteral("edit "));
     EXPECT_FALSE(Edit());
@@ -141,6 +171,7 @@ TEST_F(AccessPasswordsTest, OnceAcceptedTheReportLockStaysOpenWhateverTheTableSa
     Store("cfgReportPassword", QStringLiteral("one"));
     ExpectEntry(QStringLiteral("one"));
     EXPECT_TRUE(Passwords.ReportPasswordCheck());
+    EXPECT_EQ(Door.Owner, &Owner);
     EXPECT_TRUE(Passwords.ReportAccepted);
     Store("cfgReportPassword", QStringLiteral("two"));
     EXPECT_TRUE(Passwords.ReportPasswordCheck());
@@ -213,6 +244,16 @@ TEST_F(PasswordDialogTest, EnterConsumesTheKeyAcceptsAndHides) {
         EXPECT_FALSE(Dialog->IsCanceled());
         EXPECT_FALSE(Dialog->isVisible());
         EXPECT_EQ(Dialog->Password(), QStringLiteral(" pw "));
+    }
+}
+
+TEST_F(PasswordDialogTest, NeitherKeyGetsPastTheEntryBox) {
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Escape}) {
+        Open();
+        KeyCounter counter;
+        Dialog->installEventFilter(&counter);
+        QTest::keyClick(&Entry(*Dialog), key);
+        EXPECT_EQ(counter.Presses, 0) << key;
     }
 }
 

@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 namespace {
 
 QString Q(const char* text) {
@@ -110,4 +112,72 @@ TEST(Keys, TheyBelongToTheMainWindowAlone) {
     dialog.show();
     QTest::keyClick(&dialog, Qt::Key_M, Qt::AltModifier);
     EXPECT_FALSE(window.Find("txtMessage")->hasFocus());
+}
+
+namespace {
+
+struct LayoutRow {
+    const char* Layout;
+    int Key;  // what the layout types there
+    quint32 ScanCode;
+    const char* Control;  // what gets the focus
+};
+
+/// Presses a key as the window system reports it, with Alt.
+void PressAlt(QWidget& control, int key, quint32 scanCode) {
+    QKeyEvent press(QEvent::KeyPress, key, Qt::AltModifier, scanCode, 0, 0, QString());
+    QCoreApplication::sendEvent(&control, &press);
+}
+
+}  // namespace
+
+class LayoutKeys : public ::testing::TestWithParam<LayoutRow> {};
+
+TEST_P(LayoutKeys, CountByTheirPlaceWhereTheyTypeNoLatinLetter) {
+    const LayoutRow& row = GetParam();
+    MainWindow window;
+    window.Open();
+    QWidget* exit = window.Find("cmdExit");
+    exit->setFocus();
+    PressAlt(*exit, row.Key, row.ScanCode);
+    EXPECT_TRUE(window.Find(row.Control)->hasFocus()) << row.Layout;
+}
+INSTANTIATE_TEST_SUITE_P(
+    Alt, LayoutKeys,
+    ::testing::Values(LayoutRow{"Russian", 0x042C, 58, "txtMessage"},
+                      LayoutRow{"Russian", 0x0421, 54, "lvContacts"},
+                      LayoutRow{"Russian", 0x041A, 27, "lvRecipients"},
+                      LayoutRow{"Greek", 0x039C, 58, "txtMessage"},
+                      LayoutRow{"AZERTY, the M beside the L", Qt::Key_M, 47, "txtMessage"},
+                      LayoutRow{"AZERTY, the comma", Qt::Key_Comma, 58, "cmdExit"},
+                      LayoutRow{"Dvorak, the J in place of the C", Qt::Key_J, 54, "cmdExit"},
+                      LayoutRow{"Escape with a strange number", Qt::Key_Escape, 58, "cmdExit"}));
+
+TEST(Keys, LettersOfAnotherScriptClickTheButtonsAsWell) {
+    MainWindow window;
+    window.Open();
+    for (const auto& [key, scanCode, name] :
+         {std::tuple(0x0423, 26U, "cmdEditContact"), std::tuple(0x0410, 41U, "cmdSearch")}) {
+        auto* button = window.Find<QAbstractButton>(name);
+        button->setEnabled(true);
+        const QSignalSpy clicks(button, &QAbstractButton::clicked);
+        PressAlt(*window.Find("cmdExit"), key, scanCode);
+        EXPECT_EQ(clicks.count(), 1) << name;
+    }
+}
+
+TEST(Keys, TheRowOfDigitsWorksWhereItTypesOtherSigns) {
+    MainWindow window;
+    window.Open();
+    const QList<int> azerty = {Qt::Key_Ampersand, Qt::Key_Eacute, Qt::Key_QuoteDbl, Qt::Key_Apostrophe,
+                               Qt::Key_ParenLeft, Qt::Key_Minus,  Qt::Key_Egrave,   Qt::Key_Underscore,
+                               Qt::Key_Ccedilla,  Qt::Key_Agrave};
+    for (int place = 0; place < azerty.size(); ++place) {
+        const QByteArray name = "cmdQuickFire" + QByteArray::number(place);
+        auto* button = window.Find<QAbstractButton>(name.constData());
+        button->setEnabled(true);
+        const QSignalSpy clicks(button, &QAbstractButton::clicked);
+        PressAlt(*window.Find("cmdExit"), azerty[place], 10U + static_cast<quint32>(place));
+        EXPECT_EQ(clicks.count(), 1) << name.constData();
+    }
 }

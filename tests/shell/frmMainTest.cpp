@@ -46,24 +46,27 @@ QString Words(const QWidget* control) {
 
 TEST(FrmMain, LoadsInThisOrder) {
     MainWindow window;
-    EXPECT_EQ(StepNames(window.Form->LoadSteps()),
-              (QStringList{Q("SetCaption"), Q("SetAppWindowStyle"), Q("InitMainWindow"), Q("CreateTracker"),
-                           Q("SetAdCursor"), Q("ShowTipOfTheDay"), Q("SubclassMainWindow")}));
+    EXPECT_EQ(
+        StepNames(window.Form->LoadSteps()),
+        (QStringList{Q("SetCaption"), Q("ExpandPlaceholders"), Q("SetAppWindowStyle"), Q("InitMainWindow"),
+                     Q("CreateTracker"), Q("SetAdCursor"), Q("ShowTipOfTheDay"), Q("SubclassMainWindow")}));
 }
 
 TEST(FrmMain, InitMainWindowHasTheseStepsInThisOrder) {
     MainWindow window;
     EXPECT_EQ(StepNames(window.Form->InitMainWindowSteps()),
-              (QStringList{Q("LayoutControls"), Q("InitColours"), Q("InitTabs"), Q("InitMessageSize"),
-                           Q("InitMessageTails"), Q("InitSortBy"), Q("LoadSignature"), Q("HideAlert"),
-                           Q("Reset"), Q("EndInitialising"), Q("ShowGroup")}));
+              (QStringList{Q("LayoutControls"), Q("InitColours"), Q("InitAlphaTabs"), Q("InitGroupTabs"),
+                           Q("InitUserHeaders"), Q("InitMessageSize"), Q("InitMessageTails"), Q("InitSortBy"),
+                           Q("LoadSignature"), Q("HideAlert"), Q("Reset"), Q("EndInitialising"),
+                           Q("ShowGroup"), Q("UpdateStateDisplay")}));
 }
 
 TEST(FrmMain, QueryUnloadSavesAndClosesInThisOrder) {
     MainWindow window;
     EXPECT_EQ(StepNames(window.Form->QueryUnloadSteps()),
               (QStringList{Q("DisableTimers"), Q("UnsubclassMainWindow"), Q("SaveSignature"), Q("SaveSortBy"),
-                           Q("SaveTracker"), Q("DeleteInstanceMarker"), Q("SaveTabOrder"), Q("Hide")}));
+                           Q("SaveTracker"), Q("DeleteInstanceMarker"), Q("SaveTabOrder"), Q("SaveLayout"),
+                           Q("Hide"), Q("ProcessEvents")}));
 }
 
 TEST(FrmMain, ComesUpWithItsTitleTheContactsAndTheFocusInTheList) {
@@ -192,10 +195,13 @@ TEST(FrmMain, ClosingStopsTheTimersDeletesTheMarkerAndClosesThePhonebook) {
     MainWindow window;
     window.Open();
     window.Form->StartTracking();
+    auto* banner = window.Form->findChild<QTimer*>(Q("tmrAdupdate"));
+    banner->start();
     const QString marker = window.Machine.Office.Folders.TempFolder() + Q("hwnd.app");
     ASSERT_TRUE(window.Machine.Office.Files.Replace(marker, "1"));
     EXPECT_TRUE(window.Form->close());
     EXPECT_FALSE(window.Form->findChild<QTimer*>(Q("tmrCheckMsgStatus"))->isActive());
+    EXPECT_FALSE(banner->isActive());
     EXPECT_FALSE(window.Machine.Office.Files.Exists(marker));
     EXPECT_FALSE(window.Form->isVisible());
     EXPECT_FALSE(window.Context.PhonebookDB->IsConnected());
@@ -304,14 +310,6 @@ TEST(FrmMain, ItsPublicMembersEndInTheirPanels) {
     EXPECT_TRUE(form.IsPasswordOK(false)) << "no password is set";
     EXPECT_TRUE(form.PublicHistoryPasswordCheck());
     EXPECT_TRUE(form.ReportPasswordCheck());
-}
-
-TEST(FrmMain, APressOnItsBackgroundIsNotPassedOnAndAPressOnADisabledButtonMovesNothing) {
-    MainWindow window;
-    window.Open();
-    QTest::mouseClick(window.Form.get(), Qt::LeftButton, Qt::NoModifier, QPoint(2, 2));
-    QTest::mouseClick(window.Find("cmdHistory"), Qt::LeftButton);
-    EXPECT_TRUE(window.Form->isVisible());
 }
 
 TEST(FrmMain, AfterSendingTheFirstContactHasTheCursorAndItsDetailsAreShown) {

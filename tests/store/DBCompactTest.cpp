@@ -154,7 +154,7 @@ TEST_F(DBCompactTest, WithoutATemporaryFolderTheApplicationFolderServes) {
     Machine.Folders.Temp.clear();
     EXPECT_TRUE(Database.Compact());
     EXPECT_EQ(Machine.Engine.Compacted.constFirst().second,
-              Machine.Folders.ApplicationFolder() + QStringLiteral("smscontacts.mdb$compact.mdb"));
+              Machine.Folders.ApplicationFolder() + QStringLiteral("\\smscontacts.mdb$compact.mdb"));
 }
 
 TEST_F(DBCompactTest, TheFileKeepsItsPermissions) {

@@ -112,5 +112,8 @@ public:
         Asked.append(drive);
         return Connections.value(drive);
     }
-    void RestoreNetworkDrive(int, const QString& drive) override { Restored.append(drive); }
+    bool RestoreNetworkDrive(int, const QString& drive) override {
+        Restored.append(drive);
+        return false;
+    }
 };
