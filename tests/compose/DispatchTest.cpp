@@ -5,6 +5,7 @@
 #include "core/CodePage.h"
 #include "core/Numbers.h"
 #include "support/FakeEngine.h"
+#include "support/RawDatabase.h"
 #include "support/TempOffice.h"
 #include "tracking/History.h"
 #include "tracking/MessageTracker.h"
@@ -43,6 +44,10 @@ public:
     }
     void Reset() override { ++Resets; }
 };
+
+BoxRequest Critical(const QString& text) {
+    return {QStringLiteral("Larkspan Messenger"), text, BoxIcon::Critical, BoxButtons::Ok};
+}
 
 QString Bytes(const QString& path) {
     QFile file(path);
@@ -96,6 +101,34 @@ public:
             ids.append(record.MessageID);
         }
         return ids;
+    }
+};
+
+/// The same with another program that sits on the outbox and lets nobody write.
+class DispatchOnALockedOutbox : public DispatchTest {
+public:
+    RawDatabase Other{Office.OutboxPath()};
+
+    void Lock() { Other.Execute(QStringLiteral("BEGIN IMMEDIATE")); }
+    void Unlock() { Other.Execute(QStringLiteral("ROLLBACK")); }
+    /// Lets go of the outbox when all attempts of a statement have run out: each is followed by one wait.
+    void UnlockAfterAttemptsRanOut() {
+        Office.Pump.OnProcess = [this, waits = 0](int passes) mutable {
+            constexpr int PassesAfterTheWait = 3;
+            waits += passes == PassesAfterTheWait ? 1 : 0;
+            if (waits == Office.OutboxDB().MaxRetryCount) {
+                Unlock();
+                Office.Pump.OnProcess = {};
+            }
+        };
+    }
+    /// Locks after the history and the log of the first recipient were written.
+    void LockAfterTheFirstRow() {
+        Office.Files.OnWrite = [this, writes = 0]() mutable {
+            if (++writes == 2) {
+                Lock();
+            }
+        };
     }
 };
 
@@ -324,13 +357,8 @@ TEST_F(DispatchTest, AnOutboxThatCannotBeOpenedIsToldAndLeavesTheComposition) {
     ASSERT_TRUE(QFile::remove(Office.OutboxPath()));
     Office.Boxes.Expect();
     Send();
-    ASSERT_EQ(Office.Boxes.Shown.size(), 1);
-    const BoxRequest& box = Office.Boxes.Shown.first();
-    EXPECT_EQ(box.Title, u"Larkspan Messenger");
-    EXPECT_EQ(box.Text, QStringLiteral("Could not open Outbox Database\r\n") + Office.OutboxDB().LastError());
-    EXPECT_TRUE(box.Text.contains(QStringLiteral("SQL:3024")));
-    EXPECT_EQ(box.Icon, BoxIcon::Critical);
-    EXPECT_EQ(box.Buttons, BoxButtons::Ok);
+    EXPECT_EQ(Office.Boxes.Shown, QList{Critical(QStringLiteral("Could not open Outbox Database\r\n") +
+                                                 Office.OutboxDB().LastError())});
     EXPECT_EQ(Sheet.Keys.size(), 2);
     EXPECT_EQ(Recipients.Count(), 2);
     EXPECT_TRUE(HistoryIDs().isEmpty());
@@ -393,6 +421,68 @@ TEST_F(DispatchTest, TheLogHasALineForEachRow) {
               u"1,20260307143015,\"F1 S1\",\"Hello\"\r\n2,20260307143015,\"F2 S2\",\"Hello\"\r\n");
 }
 
+TEST_F(DispatchOnALockedOutbox, AFirstRecipientWhoseAttemptsRunOutStaysListedWithoutABox) {
+    AddRecipients(3);
+    Lock();
+    UnlockAfterAttemptsRanOut();
+    Send();
+    EXPECT_EQ(Column(QStringLiteral("msgRecipient")),
+              (QStringList{QStringLiteral("F2 S2"), QStringLiteral("F3 S3")}));
+    EXPECT_EQ(Sheet.Keys, QStringList{QStringLiteral("C1")});
+    EXPECT_NE(Recipients.ContactByKey(QStringLiteral("C1")), nullptr);
+    EXPECT_EQ(Sheet.Resets, 0);
+    EXPECT_EQ(HistoryIDs(), (QList<qint32>{2, 1}));
+    EXPECT_EQ(Tracker.SlotAt(0).recipient, u"F2 S2");
+    EXPECT_EQ(Tracker.SlotAt(2).msgID, 0);
+    EXPECT_TRUE(Office.Boxes.Shown.isEmpty());
+}
+
+TEST_F(DispatchOnALockedOutbox, WithAllAttemptsOfAllRecipientsRunOutAllStayAndTheNextSendReachesThem) {
+    AddRecipients(2);
+    Lock();
+    Send();
+    EXPECT_TRUE(Office.MessageRows().isEmpty());
+    EXPECT_EQ(Sheet.Keys.size(), 2);
+    EXPECT_EQ(Recipients.Count(), 2);
+    EXPECT_EQ(Sheet.Resets, 0);
+    EXPECT_TRUE(HistoryIDs().isEmpty());
+    EXPECT_EQ(Tracker.SlotAt(0).msgID, 0);
+    EXPECT_TRUE(Office.Boxes.Shown.isEmpty());
+    EXPECT_FALSE(Office.OutboxDB().IsConnected());
+    Unlock();
+    Send();
+    EXPECT_EQ(Office.MessageRows().size(), 2);
+    EXPECT_EQ(Sheet.Resets, 1);
+}
+
+TEST_F(DispatchOnALockedOutbox, ALaterRecipientWhoseAttemptsRunOutPassesForSentUnderTheNumberOfTheOneBefore) {
+    AddRecipients(3);
+    LockAfterTheFirstRow();
+    UnlockAfterAttemptsRanOut();
+    Send();
+    EXPECT_EQ(Column(QStringLiteral("msgRecipient")),
+              (QStringList{QStringLiteral("F1 S1"), QStringLiteral("F3 S3")}));
+    EXPECT_EQ(HistoryIDs(), (QList<qint32>{2, 1, 1}));
+    EXPECT_EQ(History.ReadHistory().at(1).Recipient, u"F2 S2");
+    EXPECT_EQ(Tracker.SlotAt(1).msgID, 1);
+    EXPECT_EQ(Tracker.SlotAt(1).recipient, u"F2 S2");
+    EXPECT_EQ(Sheet.Removed,
+              (QList<QStringList>{{QStringLiteral("C1"), QStringLiteral("C2"), QStringLiteral("C3")}}));
+    EXPECT_EQ(Sheet.Resets, 1);
+    EXPECT_TRUE(Office.Boxes.Shown.isEmpty());
+}
+
+TEST_F(DispatchOnALockedOutbox, AttemptsRunOutOnlyAfterThreeWaitsOfTheEngineAndThreePauses) {
+    AddRecipients(1);
+    Lock();
+    const QDateTime before = Office.Time.Time;
+    Send();
+    EXPECT_EQ(Office.Pump.Calls, (QList<int>{4, 3, 4, 3, 4, 3}));
+    const qint64 waited = before.msecsTo(Office.Time.Time);
+    EXPECT_GE(waited, 3 * 5000 + 10 + 100 + 250);
+    EXPECT_LE(waited, 3 * 5100 + 3 * 1000);
+}
+
 TEST_F(DispatchOnAFailingOutbox, TheOutboxIsOpenedForWritingOnceAndClosedAtTheEnd) {
     AddRecipients(3);
     Send();
@@ -412,7 +502,9 @@ TEST_F(DispatchOnAFailingOutbox, AnInsertThatFailsIsToldAndTheLoopGoesOn) {
     Engine.Fail(Operation::Execute, engine::Number::DiskFull, 3, 3);
     Office.Boxes.Expect();
     Send();
-    EXPECT_TRUE(Office.Boxes.Shown.first().Text.startsWith(QStringLiteral("Insert Message Failed\r\n")));
+    EXPECT_EQ(Office.Boxes.Shown,
+              QList{Critical(QStringLiteral("Insert Message Failed\r\nGE:0x80004005, NE:0x0, SQL:3026 - "
+                                            "fake failure 3026\r\nMSGLEN:18"))});
     EXPECT_EQ(Sheet.Keys, QStringList{QStringLiteral("C2")});
     EXPECT_NE(Recipients.ContactByKey(QStringLiteral("C2")), nullptr);
     EXPECT_EQ(Recipients.Count(), 1);
@@ -428,10 +520,22 @@ TEST_F(DispatchOnAFailingOutbox, AnIdentityThatCannotBeReadLeavesTheRecipientUnt
     Engine.Fail(Operation::Execute, engine::Number::DiskFull, 2, 2);
     Office.Boxes.Expect();
     Send();
-    EXPECT_TRUE(
-        Office.Boxes.Shown.first().Text.startsWith(QStringLiteral("Could not retrieve Message ID\r\n")));
+    EXPECT_EQ(Office.Boxes.Shown,
+              QList{Critical(QStringLiteral("Could not retrieve Message ID\r\nGE:0x80004005, NE:0x0, "
+                                            "SQL:3026 - fake failure 3026"))});
     EXPECT_EQ(Sheet.Keys, QStringList{QStringLiteral("C1")});
     EXPECT_EQ(HistoryIDs(), QList<qint32>{2});
+}
+
+TEST_F(DispatchOnAFailingOutbox, AnOutboxThatCannotBeOpenedIsToldToTheLetter) {
+    AddRecipients(1);
+    Engine.Fail(Operation::Open, engine::Number::NoSuchFile);
+    Office.Boxes.Expect();
+    Send();
+    EXPECT_EQ(Office.Boxes.Shown, QList{Critical(QStringLiteral("Could not open Outbox Database\r\n"
+                                                                "GE:0x80004005, NE:0x0, SQL:3024 - fake "
+                                                                "failure 3024"))});
+    EXPECT_EQ(Inserts, 0);
 }
 
 TEST_F(DispatchOnAFailingOutbox, WithNothingWrittenNothingIsRemoved) {
