@@ -68,6 +68,12 @@ QByteArray NewRecord(const HistoryRecord& value, const CodePage& page) {
     return record;
 }
 
+/// Bytes of the records that count as elements of the history: all that stand in the file, or none where
+/// there are more than a 16-bit count can tell.
+qsizetype BytesOfElements(const QByteArray& file) {
+    return file.size() / HistoryRecord::Size > std::numeric_limits<qint16>::max() ? 0 : file.size();
+}
+
 }  // namespace
 
 mdlHistory::mdlHistory(LocalFiles& files, Folders& folders, MessageBoxes& boxes, const CodePage& page)
@@ -77,8 +83,9 @@ QList<HistoryRecord> mdlHistory::ReadHistory() {
     QList<HistoryRecord> records;
     Trap([&] {
         const QByteArray bytes = ReadRecords().value_or(QByteArray());
-        records.reserve(bytes.size() / HistoryRecord::Size);
-        for (qsizetype offset = 0; offset < bytes.size(); offset += HistoryRecord::Size) {
+        const qsizetype end = BytesOfElements(bytes);
+        records.reserve(end / HistoryRecord::Size);
+        for (qsizetype offset = 0; offset < end; offset += HistoryRecord::Size) {
             records.append(RecordAt(bytes.constData() + offset, m_page));
         }
     });
@@ -88,11 +95,11 @@ QList<HistoryRecord> mdlHistory::ReadHistory() {
 void mdlHistory::AddToHistory(qint32 msgID, const QString& recipient, const QString& text,
                               const QDateTime& sendTime) {
     Trap([&] {
-        std::optional<QByteArray> records = ReadRecords();
+        std::optional<QByteArray> file = ReadRecords();
         // A file that is there but cannot be read now keeps its records: better one message less in the
         // history than all of them.
-        if (records.has_value()) {
-            PutInFront({msgID, QByteArray(), recipient, text, sendTime}, std::move(*records));
+        if (file.has_value()) {
+            PutInFront({msgID, QByteArray(), recipient, text, sendTime}, std::move(*file));
         }
     });
     Trap([&] {
@@ -130,21 +137,20 @@ std::optional<QByteArray> mdlHistory::ReadRecords() {
     if (!bytes.has_value()) {
         return std::nullopt;
     }
-    const qsizetype count = bytes->size() / HistoryRecord::Size;
-    bytes->truncate(count > std::numeric_limits<qint16>::max() ? 0 : count * HistoryRecord::Size);
+    bytes->truncate(bytes->size() / HistoryRecord::Size * HistoryRecord::Size);
     return bytes;
 }
 
-void mdlHistory::PutInFront(HistoryRecord record, QByteArray records) {
+void mdlHistory::PutInFront(HistoryRecord record, QByteArray file) {
+    const qsizetype old = BytesOfElements(file);
     // The new record is written over the newest one, whose reserved bytes stay.
-    record.Reserved =
-        records.isEmpty() ? QByteArray(ReservedSize, '\0') : records.mid(ReservedOffset, ReservedSize);
+    record.Reserved = old == 0 ? QByteArray(ReservedSize, '\0') : file.mid(ReservedOffset, ReservedSize);
     const QByteArray newest = NewRecord(record, m_page);
-    const qsizetype kept = std::min<qsizetype>(records.size(), SizeLimit - HistoryRecord::Size);
+    const qsizetype kept = std::min<qsizetype>(old, SizeLimit - HistoryRecord::Size);
     // A longer file, which only another program can have made, keeps what stands behind the records written
     // here.
-    const qsizetype behind = std::min<qsizetype>(records.size(), SizeLimit);
-    char* const begin = records.data();
+    const qsizetype behind = std::min<qsizetype>(file.size(), kept + HistoryRecord::Size);
+    char* const begin = file.data();
     for (qsizetype offset = 0; offset < kept; offset += HistoryRecord::Size) {
         StripLeadingBlanks(begin + offset + RecipientOffset, HistoryRecord::RecipientWidth);
         StripLeadingBlanks(begin + offset + TextOffset, HistoryRecord::TextWidth);
@@ -153,8 +159,8 @@ void mdlHistory::PutInFront(HistoryRecord record, QByteArray records) {
     if (!IsHistoryFileValid(path)) {
         std::ignore = m_files.Remove(path);
     }
-    const QByteArrayView old(records);
-    std::ignore = m_files.Replace(path, {newest, old.first(kept), old.sliced(behind)});
+    const QByteArrayView bytes(file);
+    std::ignore = m_files.Replace(path, {newest, bytes.first(kept), bytes.sliced(behind)});
 }
 
 QString mdlHistory::HistoryPath() const {

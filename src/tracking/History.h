@@ -43,10 +43,12 @@ public:
 
     mdlHistory(LocalFiles& files, Folders& folders, MessageBoxes& boxes, const CodePage& page);
 
-    /// Newest first; empty where the file is missing, empty or was found corrupt (a box has told, and it is
-    /// deleted).
+    /// Newest first; empty where the file is missing, empty, holds more than 32767 records or was found
+    /// corrupt (a box has told, and it is deleted).
     QList<HistoryRecord> ReadHistory();
-    /// Puts a message in front of history.sms and a line behind messagelog.sms.
+    /// Puts a message in front of history.sms and a line behind messagelog.sms. A file of more than 32767
+    /// records, which only another program can have made, has its first record overwritten and keeps the
+    /// others.
     void AddToHistory(qint32 msgID, const QString& recipient, const QString& text, const QDateTime& sendTime);
     /// Leaves history.sms present and empty.
     void ClearHistory();
@@ -57,7 +59,8 @@ private:
     /// The records as they stand in the file, empty where there are none. Nothing if the file is there but
     /// cannot be read.
     [[nodiscard]] std::optional<QByteArray> ReadRecords();
-    void PutInFront(HistoryRecord record, QByteArray records);
+    /// `file` holds whole records.
+    void PutInFront(HistoryRecord record, QByteArray file);
     [[nodiscard]] QString HistoryPath() const;
     [[nodiscard]] QString LogPath() const;
 

@@ -155,6 +155,48 @@ TEST_F(ConfirmRecipientTest, TheOnlyRecipientUntickedStopsTheSendWithoutAMessage
     EXPECT_FALSE(Host.Calls.contains(QStringLiteral("StartTracking")));
 }
 
+TEST_F(ConfirmRecipientTest, AllOfManyUntickedStopTheSendWithoutAMessage) {
+    lvRecipients().Rows().RemoveKeys({QStringLiteral("C2")});
+    for (qint16 id = 4; id <= 12; ++id) {
+        AddRecipient(id, QStringLiteral("S%1").arg(id), true);
+    }
+    ASSERT_EQ(lvRecipients().Rows().Count(), 11);
+    const auto untickAll = [](QDialog& dialog) {
+        ASSERT_EQ(List(dialog).Rows().Count(), 11);
+        for (int row = 0; row < 11; ++row) {
+            List(dialog).EnsureVisible(row);
+            DoubleClick(List(dialog), row);
+            EXPECT_FALSE(List(dialog).Rows().At(row).IsChecked) << row;
+        }
+        Press(dialog, "cmdOkay");
+    };
+    Door.ExpectDialog(untickAll);
+    QTest::mouseClick(&cmdSendNow(), Qt::LeftButton);
+    EXPECT_EQ(lvRecipients().Rows().Count(), 0);
+    EXPECT_EQ(RecipientContacts.Count(), 1) << "the one whose row was taken out alone";
+    EXPECT_TRUE(Office.MessageRows().isEmpty());
+    EXPECT_TRUE(History.ReadHistory().isEmpty());
+    EXPECT_EQ(Tracker.SlotAt(0).msgID, 0);
+    EXPECT_EQ(txtMessage().Text(), QStringLiteral("Hello"));
+    EXPECT_EQ(Busy.Value(), Busy::Idle);
+    EXPECT_TRUE(Host.Calls.isEmpty()) << "no reset, and no poll";
+    EXPECT_EQ(Door.Dialogs.size(), 1);
+}
+
+TEST_F(ConfirmRecipientTest, AllUntickedBeforeAScheduleAsksForNoTime) {
+    lvRecipients().Rows().RemoveKeys({QStringLiteral("C2")});
+    Door.ExpectDialog([](QDialog& dialog) {
+        DoubleClick(List(dialog), 0);
+        DoubleClick(List(dialog), 1);
+        Press(dialog, "cmdOkay");
+    });
+    QTest::mouseClick(&cmdSendLater(), Qt::LeftButton);
+    EXPECT_EQ(Door.Dialogs, QStringList{QStringLiteral("Larkspan Messenger - Confirm Recipients")});
+    EXPECT_EQ(lvRecipients().Rows().Count(), 0);
+    EXPECT_TRUE(Office.MessageRows().isEmpty());
+    EXPECT_EQ(Busy.Value(), Busy::Idle);
+}
+
 TEST_F(ConfirmRecipientTest, TheOthersGoOutWithoutBeingAsked) {
     Door.ExpectDialog([](QDialog& dialog) {
         DoubleClick(List(dialog), 0);

@@ -1,125 +1,20 @@
-#include "compose/Dispatch.h"
+#include "compose/DispatchFixture.h"
 
-#include "addressbook/ContactList.h"
-#include "compose/MessageSize.h"
-#include "core/CodePage.h"
 #include "core/Numbers.h"
-#include "support/FakeEngine.h"
-#include "support/TempOffice.h"
-#include "tracking/History.h"
-#include "tracking/MessageTracker.h"
 
 #include <QFile>
 #include <QLocale>
 
-#include <gtest/gtest.h>
-
-#include <optional>
 #include <stdexcept>
 
 namespace {
-
-using Operation = FakeEngine::Operation;
-
-/// The composition of a test: what stands in the boxes and in the list.
-class TestComposition final : public Composition {
-public:
-    QStringList Keys;
-    QString Message;
-    QString Signature;
-    QString Tail = QStringLiteral("Reception");
-    QList<QStringList> Removed;
-    int Resets = 0;
-
-    [[nodiscard]] QStringList RecipientKeys() const override { return Keys; }
-    [[nodiscard]] QString MessageText() const override { return Message; }
-    [[nodiscard]] QString SignatureText() const override { return Signature; }
-    [[nodiscard]] QString GetTailText() const override { return BuildTailText(Signature, Tail); }
-    void RemoveRecipientRows(const QStringList& keys) override {
-        Removed.append(keys);
-        for (const QString& key : keys) {
-            Keys.removeOne(key);
-        }
-    }
-    void Reset() override { ++Resets; }
-};
 
 QString Bytes(const QString& path) {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? QString::fromLatin1(file.readAll()) : QString();
 }
 
-/// An office with a send in it: real outbox, real history file.
-class DispatchTest : public ::testing::Test {
-public:
-    TempOffice Office;
-    CodePage Page{1252};
-    ContactList Recipients;
-    mdlHistory History{Office.Files, Office.Folders, Office.Boxes, Page};
-    MessageTracker Tracker{Office.OutboxValues, Office.AppSettings, Office.Time};
-    TestComposition Sheet;
-    DispatchServices Services{Office.Outbox(), Recipients, History, Tracker, Office.Time};
-
-    DispatchTest() {
-        qputenv("COMPUTERNAME", "DESK7");
-        qputenv("USERNAME", "aoife");
-        Office.OutboxValues.MaxMessageSize = 160;
-        Sheet.Message = QStringLiteral("Hello");
-    }
-
-    Contact& AddRecipient(const QString& surname, const QString& firstnames, const QString& phone) {
-        Contact contact;
-        contact.SetID(static_cast<qint16>(Recipients.Count() + 1));
-        contact.Surname = surname;
-        contact.Firstnames = firstnames;
-        contact.PhoneNumber = phone;
-        Sheet.Keys.append(contact.Key);
-        return Recipients.Add(contact);
-    }
-    void AddRecipients(int count) {
-        for (int i = 1; i <= count; ++i) {
-            AddRecipient(QStringLiteral("S%1").arg(i), QStringLiteral("F%1").arg(i),
-                         QStringLiteral("+353%1").arg(i));
-        }
-    }
-    void Send(bool removeSent = true) { Dispatch::DoSend(Services, Sheet, Office.Time.Time, removeSent); }
-    [[nodiscard]] QStringList Column(const QString& name) {
-        QStringList values;
-        for (const QVariantMap& row : Office.MessageRows()) {
-            values.append(row.value(name).toString());
-        }
-        return values;
-    }
-    [[nodiscard]] QList<qint32> HistoryIDs() {
-        QList<qint32> ids;
-        for (const HistoryRecord& record : History.ReadHistory()) {
-            ids.append(record.MessageID);
-        }
-        return ids;
-    }
-};
-
-/// The same with an outbox that fails on demand. It gives the identities 1, 2, 3 ...
-class DispatchOnAFailingOutbox : public DispatchTest {
-public:
-    FakeEngine Engine;
-    OutboxServices FakeOutbox{Office.OutboxValues, Office.AppSettings, Office.Boxes,
-                              DBServices{Engine, Office.Time, Office.Pump, Office.Drives, Office.Folders}};
-    DispatchServices FakeServices{FakeOutbox, Recipients, History, Tracker, Office.Time};
-    int Inserts = 0;
-
-    DispatchOnAFailingOutbox() {
-        Office.OutboxValues.OutboxDB = std::make_unique<DB>(FakeOutbox.Database);
-        Engine.OnAttempt = [this](Operation operation) {
-            if (operation == Operation::Execute &&
-                Engine.Statements.last().startsWith(QStringLiteral("INSERT"))) {
-                ++Inserts;
-                Engine.Serve(QStringLiteral("@@IDENTITY"), {{QStringLiteral("ID")}, {{qint64{Inserts}}}});
-            }
-        };
-    }
-    void Send(bool removeSent = true) { Dispatch::DoSend(FakeServices, Sheet, Office.Time.Time, removeSent); }
-};
+using DispatchTest = DispatchFixture;
 
 }  // namespace
 
@@ -324,13 +219,8 @@ TEST_F(DispatchTest, AnOutboxThatCannotBeOpenedIsToldAndLeavesTheComposition) {
     ASSERT_TRUE(QFile::remove(Office.OutboxPath()));
     Office.Boxes.Expect();
     Send();
-    ASSERT_EQ(Office.Boxes.Shown.size(), 1);
-    const BoxRequest& box = Office.Boxes.Shown.first();
-    EXPECT_EQ(box.Title, u"Larkspan Messenger");
-    EXPECT_EQ(box.Text, QStringLiteral("Could not open Outbox Database\r\n") + Office.OutboxDB().LastError());
-    EXPECT_TRUE(box.Text.contains(QStringLiteral("SQL:3024")));
-    EXPECT_EQ(box.Icon, BoxIcon::Critical);
-    EXPECT_EQ(box.Buttons, BoxButtons::Ok);
+    EXPECT_EQ(Office.Boxes.Shown, QList{Critical(QStringLiteral("Could not open Outbox Database\r\n") +
+                                                 Office.OutboxDB().LastError())});
     EXPECT_EQ(Sheet.Keys.size(), 2);
     EXPECT_EQ(Recipients.Count(), 2);
     EXPECT_TRUE(HistoryIDs().isEmpty());
@@ -391,111 +281,4 @@ TEST_F(DispatchTest, TheLogHasALineForEachRow) {
     Send();
     EXPECT_EQ(Bytes(Office.Folders.ApplicationFolder() + QStringLiteral("messagelog.sms")),
               u"1,20260307143015,\"F1 S1\",\"Hello\"\r\n2,20260307143015,\"F2 S2\",\"Hello\"\r\n");
-}
-
-TEST_F(DispatchOnAFailingOutbox, TheOutboxIsOpenedForWritingOnceAndClosedAtTheEnd) {
-    AddRecipients(3);
-    Send();
-    EXPECT_EQ(Engine.Modes, QList<qint32>{19});
-    EXPECT_EQ(Engine.OpenConnections, 0);
-    EXPECT_EQ(Inserts, 3);
-}
-
-TEST_F(DispatchOnAFailingOutbox, AnEmptyListDoesNotOpenTheOutbox) {
-    Send();
-    EXPECT_EQ(Engine.Attempts(Operation::Open), 0);
-}
-
-TEST_F(DispatchOnAFailingOutbox, AnInsertThatFailsIsToldAndTheLoopGoesOn) {
-    AddRecipients(3);
-    // Executes: insert, identity, insert ...: the third is the second recipient's insert.
-    Engine.Fail(Operation::Execute, engine::Number::DiskFull, 3, 3);
-    Office.Boxes.Expect();
-    Send();
-    EXPECT_TRUE(Office.Boxes.Shown.first().Text.startsWith(QStringLiteral("Insert Message Failed\r\n")));
-    EXPECT_EQ(Sheet.Keys, QStringList{QStringLiteral("C2")});
-    EXPECT_NE(Recipients.ContactByKey(QStringLiteral("C2")), nullptr);
-    EXPECT_EQ(Recipients.Count(), 1);
-    EXPECT_EQ(HistoryIDs(), (QList<qint32>{3, 1}));
-    EXPECT_EQ(Tracker.SlotAt(0).msgID, 1);
-    EXPECT_EQ(Tracker.SlotAt(1).msgID, 3);
-    EXPECT_EQ(Sheet.Resets, 0);
-    EXPECT_EQ(Engine.OpenConnections, 0);
-}
-
-TEST_F(DispatchOnAFailingOutbox, AnIdentityThatCannotBeReadLeavesTheRecipientUntracked) {
-    AddRecipients(2);
-    Engine.Fail(Operation::Execute, engine::Number::DiskFull, 2, 2);
-    Office.Boxes.Expect();
-    Send();
-    EXPECT_TRUE(
-        Office.Boxes.Shown.first().Text.startsWith(QStringLiteral("Could not retrieve Message ID\r\n")));
-    EXPECT_EQ(Sheet.Keys, QStringList{QStringLiteral("C1")});
-    EXPECT_EQ(HistoryIDs(), QList<qint32>{2});
-}
-
-TEST_F(DispatchOnAFailingOutbox, WithNothingWrittenNothingIsRemoved) {
-    AddRecipients(2);
-    Engine.Fail(Operation::Execute, engine::Number::ReadOnly);
-    Office.Boxes.Expect();
-    Office.Boxes.Expect();
-    Send();
-    EXPECT_EQ(Sheet.Keys.size(), 2);
-    EXPECT_EQ(Recipients.Count(), 2);
-    EXPECT_EQ(Sheet.Resets, 0);
-    EXPECT_TRUE(HistoryIDs().isEmpty());
-    EXPECT_EQ(Tracker.SlotAt(0).msgID, 0);
-}
-
-TEST_F(DispatchOnAFailingOutbox, EachRowIsInTheHistoryBeforeTheNextIsWritten) {
-    AddRecipients(3);
-    const auto count = Engine.OnAttempt;
-    QList<qsizetype> before;
-    Engine.OnAttempt = [&](Operation operation) {
-        if (operation == Operation::Execute &&
-            Engine.Statements.last().startsWith(QStringLiteral("INSERT"))) {
-            before.append(History.ReadHistory().size());
-        }
-        count(operation);
-    };
-    Send();
-    EXPECT_EQ(before, (QList<qsizetype>{0, 1, 2}));
-}
-
-TEST_F(DispatchOnAFailingOutbox, ALockedOutboxIsTriedAgainWithOneRowInTheEnd) {
-    AddRecipients(2);
-    Engine.Fail(Operation::Execute, engine::Number::LockedByAnother, 1, 2);
-    Send();
-    EXPECT_EQ(HistoryIDs().size(), 2);
-    EXPECT_EQ(Sheet.Resets, 1);
-    EXPECT_EQ(Office.Time.Sleeps.size(), 2);
-}
-
-TEST_F(DispatchOnAFailingOutbox, AListThatChangesDuringARetryDoesNotChangeWhoIsSentTo) {
-    AddRecipients(2);
-    Engine.Fail(Operation::Execute, engine::Number::LockedByAnother, 1, 1);
-    bool isFirst = true;
-    Office.Pump.OnProcess = [&](int) {
-        if (std::exchange(isFirst, false)) {
-            Sheet.Message = QStringLiteral("something else");
-            Sheet.Keys = {QStringLiteral("C2"), QStringLiteral("C1")};
-            AddRecipient(QStringLiteral("S3"), QStringLiteral("F3"), QStringLiteral("+3533"));
-        }
-    };
-    Send();
-    EXPECT_EQ(Sheet.Keys, QStringList{QStringLiteral("C3")});
-    EXPECT_EQ(Recipients.Count(), 1);
-    EXPECT_EQ(History.ReadHistory().first().Text, u"Hello");
-    EXPECT_EQ(Sheet.Resets, 0);
-    EXPECT_EQ(HistoryIDs().size(), 2);
-}
-
-TEST_F(DispatchOnAFailingOutbox, AContactThatGoesDuringItsOwnRetryIsSentAndItsRowIsTakenOut) {
-    AddRecipients(1);
-    Engine.Fail(Operation::Execute, engine::Number::LockedByAnother, 1, 1);
-    Office.Pump.OnProcess = [&](int) { Recipients.Clear(); };
-    Send();
-    EXPECT_EQ(Tracker.SlotAt(0).recipient, u"F1 S1");
-    EXPECT_EQ(Sheet.Removed, QList<QStringList>{{QStringLiteral("C1")}});
-    EXPECT_EQ(Sheet.Resets, 1);
 }

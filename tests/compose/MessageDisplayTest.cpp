@@ -154,12 +154,25 @@ TEST_F(MessageDisplayTest, ABoxFilledToTheLastCharacterShowsTwoPartsAndOneLessSh
 TEST_F(MessageDisplayTest, ExactlyNothingLeftBeepsAgainOnEveryRefresh) {
     txtMessage().SetText(QString(156, u'x'));
     EXPECT_EQ(Office.Sound.Beeps, 1);
-    AddRecipient(1, QStringLiteral("Byrne"));
-    EXPECT_EQ(Office.Sound.Beeps, 2);
     Area->UpdateStateDisplay();
-    EXPECT_EQ(Office.Sound.Beeps, 3);
+    EXPECT_EQ(Office.Sound.Beeps, 2);
     txtMessage().SetText(QString(155, u'x'));
-    EXPECT_EQ(Office.Sound.Beeps, 3);
+    EXPECT_EQ(Office.Sound.Beeps, 2);
+}
+
+TEST_F(MessageDisplayTest, WithNothingLeftEachChangeOfTheRecipientsByTheUserBeepsOnce) {
+    txtMessage().SetText(QString(156, u'x'));
+    ShowWindow();
+    const QString key = ShowContact(1, QStringLiteral("Byrne"));
+    Office.Sound.Beeps = 0;
+    Q_EMIT lvRecipients().TextDropped(key + QStringLiteral("\r\n"), QStringLiteral("lvContacts"));
+    EXPECT_EQ(Office.Sound.Beeps, 1) << "added";
+    lvRecipients().SelectKey(key);
+    QTest::keyClick(&lvRecipients(), Qt::Key_Delete);
+    EXPECT_EQ(lvRecipients().Rows().Count(), 0);
+    EXPECT_EQ(Office.Sound.Beeps, 2) << "removed";
+    QTest::mouseClick(&Find<QPushButton>("cmdClearRecipients"), Qt::LeftButton);
+    EXPECT_EQ(Office.Sound.Beeps, 3) << "cleared";
 }
 
 TEST_F(MessageDisplayTest, ACutToExactlyNothingBeepsInTheInnerAndInTheOuterRun) {

@@ -1,5 +1,7 @@
 #include "ComposeBench.h"
 
+#include "core/NumberedFailure.h"
+
 #include <QDateEdit>
 #include <QTimeEdit>
 
@@ -258,10 +260,37 @@ TEST_F(SendTest, ANumberBeyond32767IsWrittenButNeitherTrackedNorInTheHistory) {
 TEST_F(SendTest, AFailingResetIsLoggedAndReturns) {
     AddRecipient(1, QStringLiteral("Byrne"));
     LogToFile();
-    Host.OnCall = [] { throw std::runtime_error("gone"); };
+    Host.OnCall = [] {
+        throw NumberedFailure(91, QStringLiteral("gone"), QStringLiteral("ShowContactInfo"));
+    };
     Area->Reset();
-    EXPECT_TRUE(LogText().contains(QStringLiteral("Reset Error 0 gone"))) << LogText().toStdString();
+    EXPECT_TRUE(LogText().endsWith(QStringLiteral("Reset Error 91 gone ShowContactInfo\n")))
+        << LogText().toStdString();
     EXPECT_EQ(lvRecipients().Rows().Count(), 1) << "it stops at the failing step";
+}
+
+TEST_F(SendTest, AFailingSwitchOfTheButtonsIsLoggedAndTheProgramGoesOn) {
+    /// Fails as soon as the button is switched on or off.
+    class Refusal final : public QObject {
+    public:
+        bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+            if (event->type() == QEvent::EnabledChange) {
+                throw NumberedFailure(91, QStringLiteral("no button"), QStringLiteral("cmdSendNow"));
+            }
+            return false;
+        }
+    };
+    LogToFile();
+    Refusal refusal;
+    cmdSendNow().installEventFilter(&refusal);
+    AddRecipient(1, QStringLiteral("Byrne"));
+    EXPECT_TRUE(LogText().endsWith(QStringLiteral("EnableButtons Error 91 no button cmdSendNow\n")))
+        << LogText().toStdString();
+    EXPECT_EQ(LogText().count(QStringLiteral("EnableButtons Error ")), 1);
+    EXPECT_EQ(RecipientCaption(), QStringLiteral("Recipient List [1]"));
+    cmdSendNow().removeEventFilter(&refusal);
+    Area->UpdateStateDisplay();
+    EXPECT_TRUE(cmdSendNow().isEnabled());
 }
 
 TEST_F(SendTest, AScheduleForTomorrowWrittenTodayGivesTodayAndThatTime) {

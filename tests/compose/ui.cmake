@@ -14,6 +14,7 @@ larkspan_test(test_compose_ui GUI
     RepeatedPressTest.cpp
     ScheduleDialogTest.cpp
     SendTest.cpp
+    TypingTest.cpp
   LINK larkspan_compose_ui larkspan_test_office)
 target_compile_definitions(test_compose_ui PRIVATE LOCK_HOLDER="$<TARGET_FILE:compose_lock_holder>")
 add_dependencies(test_compose_ui compose_lock_holder)

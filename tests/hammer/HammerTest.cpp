@@ -77,6 +77,8 @@ struct LoadTotals {
     int Transient = 0;
     int WorstTransientInARow = 0;
     int Canceled = 0;
+    int Holds = 0;           // of the outbox by the backup
+    qint64 LongestHold = 0;  // ms
     double Seconds = 0;
     QList<qint64> Inserts;
 };
@@ -118,15 +120,39 @@ void Print(const LoadTotals& totals, const ThirdReader::Findings& findings) {
         "    %d round(s), %d rows in %.1f s: %.0f sends a second; insert p50 %.1f ms, p99 %.1f ms, worst "
         "%.1f ms\n"
         "    lost %d, doubled %d, wrong status %d, canceled and sent %d; canceled %d; lock conflicts that "
-        "outlasted the engine's wait: %d\n",
+        "outlasted the engine's wait: %d; held by a backup %d times, at most %lld ms\n",
         totals.Rounds, totals.Rows, totals.Seconds, totals.Rows / totals.Seconds, at(0.5), at(0.99), at(1.0),
         findings.Lost, findings.Doubled, findings.WrongStatus, findings.CanceledAndSent, totals.Canceled,
-        totals.Transient);
+        totals.Transient, totals.Holds, static_cast<long long>(totals.LongestHold));
 }
 
 class LoadRun : public Hammer {
 protected:
-    /// Four clients, the gateway and a canceller on a fresh outbox until the clients end by themselves.
+    bool m_hasBackup = false;
+
+    /// Rounds for at least this long, and what must hold after them.
+    LoadTotals RunAll(int seconds) {
+        LoadTotals totals;
+        ThirdReader::Findings findings;
+        int round = 0;
+        while (totals.Seconds < seconds && !HasFailure()) {
+            RunRound(++round, std::max(3, seconds - static_cast<int>(totals.Seconds)), totals, findings);
+        }
+        Print(totals, findings);
+        const std::string examples = findings.Examples.join(u'\n').toStdString();
+        EXPECT_GT(totals.Rows, 50);
+        EXPECT_EQ(findings.Lost, 0) << examples;
+        EXPECT_EQ(findings.Doubled, 0) << examples;
+        EXPECT_EQ(findings.WrongStatus, 0) << examples;
+        EXPECT_EQ(findings.CanceledAndSent, 0) << examples;
+        EXPECT_LT(totals.WorstTransientInARow, 3) << "retries ran out";
+        EXPECT_EQ(totals.Boxes, 0);
+        return totals;
+    }
+
+private:
+    /// Four clients, the gateway, a canceller and, if asked for, a backup on a fresh outbox until the clients
+    /// end by themselves.
     void RunRound(int round, int seconds, LoadTotals& totals, ThirdReader::Findings& findings) {
         QFile::remove(Outbox());
         QFile::remove(Journal());
@@ -138,6 +164,11 @@ protected:
 
         QProcess gateway;
         StartGateway(gateway);
+        QProcess backup;
+        if (m_hasBackup) {
+            backup.start(QStringLiteral(HAMMER_READER),
+                         {Outbox(), QStringLiteral("900"), QStringLiteral("600")});
+        }
         QElapsedTimer timer;
         timer.start();
         for (int client = 1; client <= 4; ++client) {
@@ -154,11 +185,22 @@ protected:
         totals.Seconds += static_cast<double>(timer.elapsed()) / 1000.0;
         canceller.terminate();
         EXPECT_TRUE(canceller.waitForFinished(20000)) << "the canceller hung";
+        if (m_hasBackup) {
+            backup.terminate();
+            EXPECT_TRUE(backup.waitForFinished(20000)) << "the backup hung";
+            CountHolds(backup.readAllStandardOutput(), totals);
+        }
         StopGateway(gateway);
         Count(canceller.readAllStandardOutput(), totals, findings);
     }
 
-private:
+    static void CountHolds(const QByteArray& report, LoadTotals& totals) {
+        for (const QByteArray& line : report.split('\n')) {
+            const qint64 held = line.startsWith("held ") ? line.mid(5).toLongLong() : -1;
+            totals.Holds += held >= 0 ? 1 : 0;
+            totals.LongestHold = std::max(totals.LongestHold, held);
+        }
+    }
     void Count(const QByteArray& cancellations, LoadTotals& totals, ThirdReader::Findings& findings) {
         const ThirdReader reader(Outbox());
         EXPECT_TRUE(reader.IsWhole());
@@ -166,6 +208,9 @@ private:
         reader.CountDoubled(findings);
         reader.CountHandedOver(Journal(), findings);
         reader.CountHistory(m_historyFiles, findings);
+        for (qsizetype client = 0; client < m_ackFiles.size(); ++client) {
+            ThirdReader::CountKept({m_ackFiles[client]}, m_historyFiles[client], findings);
+        }
         QStringList canceled;
         for (const QByteArray& line : cancellations.split('\n')) {
             if (line.startsWith("canceled ")) {
@@ -185,21 +230,16 @@ private:
 }  // namespace
 
 TEST_F(LoadRun, FourClientsTheGatewayAndACancellerLoseAndDoubleNothing) {
-    const int total = IsLong() ? 600 : 10;
-    LoadTotals totals;
-    ThirdReader::Findings findings;
-    int round = 0;
-    while (totals.Seconds < total && !HasFailure()) {
-        RunRound(++round, std::max(3, total - static_cast<int>(totals.Seconds)), totals, findings);
-    }
-    Print(totals, findings);
-    EXPECT_GT(totals.Rows, 50);
-    EXPECT_EQ(findings.Lost, 0) << findings.Examples.join(u'\n').toStdString();
-    EXPECT_EQ(findings.Doubled, 0) << findings.Examples.join(u'\n').toStdString();
-    EXPECT_EQ(findings.WrongStatus, 0) << findings.Examples.join(u'\n').toStdString();
-    EXPECT_EQ(findings.CanceledAndSent, 0) << findings.Examples.join(u'\n').toStdString();
-    EXPECT_LT(totals.WorstTransientInARow, 3) << "retries ran out";
-    EXPECT_EQ(totals.Boxes, 0);
+    RunAll(IsLong() ? 600 : 10);
+}
+
+TEST_F(LoadRun, ABackupThatHoldsTheOutboxNowAndThenMakesThemWaitAndLosesAndDoublesNothing) {
+    m_hasBackup = true;
+    const LoadTotals totals = RunAll(IsLong() ? 120 : 8);
+    EXPECT_GE(totals.Holds, 3);
+    EXPECT_GE(totals.LongestHold, 300);
+    EXPECT_GT(*std::max_element(totals.Inserts.begin(), totals.Inserts.end()), 200 * 1000)
+        << "no insert had to wait for the backup";
 }
 
 TEST_F(Hammer, ASenderKilledAtRandomMomentsLeavesEveryAcknowledgedRowOnce) {
@@ -238,6 +278,7 @@ TEST_F(Hammer, ASenderKilledAtRandomMomentsLeavesEveryAcknowledgedRowOnce) {
     reader.CountAcknowledged(m_ackFiles, findings);
     reader.CountDoubled(findings);
     reader.CountHistory(m_historyFiles, findings);
+    ThirdReader::CountKept(m_ackFiles, m_historyFiles.first(), findings);
     std::printf("    %d kills, %d rows; lost %d, doubled %d, wrong %d; the outbox opened within %lld ms\n",
                 kills, findings.Rows, findings.Lost, findings.Doubled, findings.WrongStatus,
                 static_cast<long long>(worstOpen));

@@ -1,14 +1,18 @@
 #include "hammer/ThirdReader.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QSet>
 #include <QtEndian>
+
+#include <algorithm>
 
 #include <sqlite3.h>
 
 namespace {
 
 constexpr int RecordSize = 1069;
+constexpr int MostRecords = 250;
 
 QStringList LinesOf(const QString& path) {
     QFile file(path);
@@ -25,6 +29,24 @@ QList<qint32> HandedOver(const QString& journal) {
         ids.append(line.section(u' ', 0, 0).toInt());
     }
     return ids;
+}
+
+QByteArray BytesOf(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QString RecipientOf(const QByteArray& history, qsizetype record) {
+    return QString::fromLatin1(history.mid(record * RecordSize + 7, 30)).trimmed();
+}
+
+/// How often each recipient stands in messagelog.sms.
+QHash<QString, int> LoggedRecipients(const QString& path) {
+    QHash<QString, int> recipients;
+    for (const QString& line : LinesOf(path)) {
+        ++recipients[line.section(u'"', 1, 1).trimmed()];
+    }
+    return recipients;
 }
 
 }  // namespace
@@ -85,18 +107,49 @@ void ThirdReader::CountHandedOver(const QString& gatewayJournal, Findings& findi
 
 void ThirdReader::CountHistory(const QStringList& historyFiles, Findings& findings) const {
     for (const QString& path : historyFiles) {
-        QFile file(path);
-        if (!file.open(QIODevice::ReadOnly)) {
-            continue;
-        }
-        const QByteArray bytes = file.readAll();
+        const QByteArray bytes = BytesOf(path);
         if (bytes.size() % RecordSize != 0) {
             ++findings.WrongStatus;
             findings.Examples.append(QStringLiteral("torn: %1 has %2 bytes").arg(path).arg(bytes.size()));
         }
         for (qsizetype at = 0; at + RecordSize <= bytes.size(); at += RecordSize) {
             const auto id = qFromLittleEndian<qint32>(bytes.constData() + at);
-            CountTracked(id, QString::fromLatin1(bytes.mid(at + 7, 30)).trimmed(), findings);
+            CountTracked(id, RecipientOf(bytes, at / RecordSize), findings);
+        }
+    }
+}
+
+void ThirdReader::CountKept(const QStringList& ackFiles, const QString& historyFile, Findings& findings) {
+    QStringList names;
+    for (const QString& path : ackFiles) {
+        names.append(LinesOf(path));
+    }
+    const QHash<QString, int> logged =
+        LoggedRecipients(QFileInfo(historyFile).path() + QStringLiteral("/messagelog.sms"));
+    for (const QString& name : names) {
+        const int lines = logged.value(name);
+        findings.Lost += lines == 0 ? 1 : 0;
+        findings.Doubled += std::max(0, lines - 1);
+        if (lines != 1) {
+            findings.Examples.append(QStringLiteral("%1 lines in the log: %2").arg(lines).arg(name));
+        }
+    }
+
+    const QByteArray history = BytesOf(historyFile);
+    const qsizetype records = history.size() / RecordSize;
+    QSet<QString> kept;
+    for (qsizetype record = 0; record < records; ++record) {
+        kept.insert(RecipientOf(history, record));
+    }
+    // Only a full history may have dropped one, and then all that are older too.
+    qsizetype oldest = 0;
+    while (records == MostRecords && oldest < names.size() - 1 && !kept.contains(names[oldest])) {
+        ++oldest;
+    }
+    for (; oldest < names.size(); ++oldest) {
+        if (!kept.contains(names[oldest])) {
+            ++findings.Lost;
+            findings.Examples.append(QStringLiteral("not in the history: %1").arg(names[oldest]));
         }
     }
 }

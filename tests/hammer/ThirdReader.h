@@ -17,7 +17,7 @@ public:
     };
     struct Findings {
         int Rows = 0;
-        int Lost = 0;         // acknowledged, and no row stands
+        int Lost = 0;         // acknowledged, and no row, history entry or log line stands
         int Doubled = 0;      // two rows for one recipient of one press, or a row handed over twice
         int WrongStatus = 0;  // a history or tracker entry whose number is another message's, or nobody's
         int CanceledAndSent = 0;
@@ -33,6 +33,9 @@ public:
     void CountDoubled(Findings& findings) const;
     void CountHandedOver(const QString& gatewayJournal, Findings& findings) const;
     void CountHistory(const QStringList& historyFiles, Findings& findings) const;
+    /// What a workstation keeps of the messages that it acknowledged (in the order of these files): the
+    /// newest in its history, and one line each in the log beside it.
+    static void CountKept(const QStringList& ackFiles, const QString& historyFile, Findings& findings);
     void CountTracked(qint32 id, const QString& recipient, Findings& findings) const;
     void CountCanceled(const QStringList& ids, const QString& gatewayJournal, Findings& findings) const;
 

@@ -2,6 +2,8 @@
 
 #include "platform/LocalFiles.h"
 
+#include <functional>
+
 /// Files on the disk whose writes fail on demand, as on a full disk or in a read-only folder. A failing write
 /// changes nothing of what a reader sees, as LocalFiles promises.
 class FailingFiles final : public LocalFiles {
@@ -10,10 +12,21 @@ public:
     int WritesLeft = -1;
     bool IsReadFailing = false;
     int Writes = 0;
+    /// Calls that only look (Exists, Size, Read).
+    mutable int Looks = 0;
+    /// Runs at the start of each write.
+    std::function<void()> OnWrite;
 
-    [[nodiscard]] bool Exists(const QString& path) const override { return m_disk.Exists(path); }
-    [[nodiscard]] qint64 Size(const QString& path) const override { return m_disk.Size(path); }
+    [[nodiscard]] bool Exists(const QString& path) const override {
+        ++Looks;
+        return m_disk.Exists(path);
+    }
+    [[nodiscard]] qint64 Size(const QString& path) const override {
+        ++Looks;
+        return m_disk.Size(path);
+    }
     [[nodiscard]] std::optional<QByteArray> Read(const QString& path) const override {
+        ++Looks;
         return IsReadFailing ? std::nullopt : m_disk.Read(path);
     }
     using LocalFiles::Replace;
@@ -29,6 +42,9 @@ public:
 private:
     bool Allow() {
         ++Writes;
+        if (OnWrite) {
+            OnWrite();
+        }
         if (WritesLeft == 0) {
             return false;
         }

@@ -242,6 +242,35 @@ TEST_F(HistoryTest, ACountOfRecordsBeyondSixteenBitsReadsAsNone) {
     EXPECT_EQ(History.ReadHistory().size(), 32767);
 }
 
+TEST_F(HistoryTest, AMessageOverwritesTheFirstOfMoreThan32767RecordsAndTheOthersStay) {
+    QByteArray file(qsizetype{32768} * HistoryRecord::Size, 'x');
+    file.replace(0, HistoryRecord::Size, RawRecord(9, QByteArrayLiteral("\x01\x02\x03"), "old", "text"));
+    file.replace(HistoryRecord::Size, HistoryRecord::Size,
+                 RawRecord(8, QByteArrayLiteral("\x04\x05\x06"), "  older", "  text"));
+    Write(HistoryPath(), file);
+    Add(10);
+    const QByteArray after = Bytes(HistoryPath());
+    ASSERT_EQ(after.size(), file.size());
+    EXPECT_EQ(Record(0).left(12), QByteArrayLiteral("\x0a\0\0\0\0\0\0Aoife"));
+    EXPECT_TRUE(after.mid(HistoryRecord::Size) == file.mid(HistoryRecord::Size)) << "to the byte";
+    EXPECT_EQ(Bytes(LogPath()).count("\r\n"), 1);
+}
+
+TEST_F(HistoryTest, AMessagePushesTheOldestOfTheFirst250OutOf32767Records) {
+    QByteArray file;
+    for (int i = 0; i < 252; ++i) {
+        file += RawRecord(1, QByteArray(3, '\0'), QByteArray::number(i), "text");
+    }
+    file += QByteArray(qsizetype{32767} * HistoryRecord::Size - file.size(), 'x');
+    Write(HistoryPath(), file);
+    Add(10);
+    const QByteArray after = Bytes(HistoryPath());
+    ASSERT_EQ(after.size(), file.size());
+    constexpr int Shifted = 249 * HistoryRecord::Size;
+    EXPECT_TRUE(after.mid(HistoryRecord::Size, Shifted) == file.left(Shifted));
+    EXPECT_TRUE(after.mid(HistoryRecord::Size + Shifted) == file.mid(HistoryRecord::Size + Shifted));
+}
+
 TEST_F(HistoryTest, TheLogTakesQuotesAndLineBreaksAsTheyStand) {
     Add(1, QStringLiteral("Ann \"Bo\", jr"), QStringLiteral("a\"b\r\nc,d"));
     Add(2);
