@@ -3,6 +3,7 @@
 #include "support/FakeEngine.h"
 #include "support/RawDatabase.h"
 
+#include <functional>
 #include <utility>
 
 namespace {
@@ -15,6 +16,11 @@ public:
     RawDatabase Other{Office.OutboxPath()};
 
     void Lock() { Other.Execute(QStringLiteral("BEGIN IMMEDIATE")); }
+    /// Others may read, and write a row until they have to commit it.
+    void LockAsReader() {
+        Other.Execute(QStringLiteral("BEGIN"));
+        EXPECT_TRUE(Other.Value(QStringLiteral("SELECT Count(*) FROM Message")).isValid());
+    }
     void Unlock() { Other.Execute(QStringLiteral("ROLLBACK")); }
     /// Lets go of the outbox when all attempts of a statement have run out: each is followed by one wait.
     void UnlockAfterAttemptsRanOut() {
@@ -26,11 +32,11 @@ public:
             }
         };
     }
-    /// Locks after the history and the log of the first recipient were written.
-    void LockAfterTheFirstRow() {
-        Office.Files.OnWrite = [this, writes = 0]() mutable {
+    /// Runs after the history and the log of the first recipient were written.
+    void AfterTheFirstRow(const std::function<void()>& lock) {
+        Office.Files.OnWrite = [lock, writes = 0]() mutable {
             if (++writes == 2) {
-                Lock();
+                lock();
             }
         };
     }
@@ -96,7 +102,7 @@ TEST_F(DispatchOnALockedOutbox, WithAllAttemptsOfAllRecipientsRunOutAllStayAndTh
 
 TEST_F(DispatchOnALockedOutbox, ALaterRecipientWhoseAttemptsRunOutPassesForSentUnderTheNumberOfTheOneBefore) {
     AddRecipients(3);
-    LockAfterTheFirstRow();
+    AfterTheFirstRow([this] { Lock(); });
     UnlockAfterAttemptsRanOut();
     Send();
     EXPECT_EQ(Column(QStringLiteral("msgRecipient")),
@@ -109,6 +115,30 @@ TEST_F(DispatchOnALockedOutbox, ALaterRecipientWhoseAttemptsRunOutPassesForSentU
               (QList<QStringList>{{QStringLiteral("C1"), QStringLiteral("C2"), QStringLiteral("C3")}}));
     EXPECT_EQ(Sheet.Resets, 1);
     EXPECT_TRUE(Office.Boxes.Shown.isEmpty());
+}
+
+TEST_F(DispatchOnALockedOutbox, AFirstRecipientWhoseRowIsKeptOutByAReaderStaysListedWithoutABox) {
+    AddRecipients(2);
+    LockAsReader();
+    Send();
+    Unlock();
+    EXPECT_TRUE(Office.MessageRows().isEmpty());
+    EXPECT_EQ(Sheet.Keys.size(), 2);
+    EXPECT_EQ(Recipients.Count(), 2);
+    EXPECT_EQ(Sheet.Resets, 0);
+    EXPECT_TRUE(HistoryIDs().isEmpty());
+    EXPECT_EQ(Tracker.SlotAt(0).msgID, 0);
+    EXPECT_TRUE(Office.Boxes.Shown.isEmpty());
+}
+
+TEST_F(DispatchOnALockedOutbox, ALaterRowKeptOutByAReaderLeavesNoNumberOfItsOwn) {
+    AddRecipients(2);
+    AfterTheFirstRow([this] { LockAsReader(); });
+    UnlockAfterAttemptsRanOut();
+    Send();
+    EXPECT_EQ(Column(QStringLiteral("msgID")), QStringList{QStringLiteral("1")});
+    EXPECT_EQ(HistoryIDs(), (QList<qint32>{1, 1})) << "number 2 will be another client's";
+    EXPECT_EQ(Tracker.SlotAt(1).msgID, 1);
 }
 
 TEST_F(DispatchOnALockedOutbox, AttemptsRunOutOnlyAfterThreeWaitsOfTheEngineAndThreePauses) {
