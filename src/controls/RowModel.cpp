@@ -41,7 +41,7 @@ QVariant RowModel::data(const QModelIndex& index, int role) const {
         return {};
     }
     if (role == KeyRole) {
-        return m_rows.at(index.row()).Key;
+        return m_keys.at(index.row());
     }
     const ListRow& row = At(index.row());
     switch (role) {
@@ -73,8 +73,7 @@ bool RowModel::setData(const QModelIndex& index, const QVariant& value, int role
     if (!m_isCheckable || role != Qt::CheckStateRole || !index.isValid() || index.row() >= Count()) {
         return false;
     }
-    static_cast<void>(At(index.row()));
-    m_rows[index.row()].IsChecked = value.toInt() == Qt::Checked;
+    MadeRow(index.row()).IsChecked = value.toInt() == Qt::Checked;
     Q_EMIT dataChanged(index, index, {Qt::CheckStateRole});
     return true;
 }
@@ -89,35 +88,27 @@ void RowModel::SetCheckable(bool checkable) {
 }
 
 const ListRow& RowModel::At(int row) const {
-    if (!m_rows.at(row).IsMade) {
-        const QString key = m_rows.at(row).Key;
-        m_rows[row] = Row{m_maker(key)};
-        m_rows[row].Key = key;
+    return MadeRow(row);
+}
+
+ListRow& RowModel::MadeRow(int row) const {
+    auto& made = m_made.at(static_cast<std::size_t>(row));
+    if (made == nullptr) {
+        const QString& key = m_keys.at(row);
+        made = std::make_unique<ListRow>(m_maker(key));
+        made->Key = key;
     }
-    return m_rows.at(row);
+    return *made;
 }
 
 int RowModel::RowOf(const QString& key) const {
     return Index().value(key, -1);
 }
 
-QStringList RowModel::KeyList() const {
-    QStringList keys;
-    keys.reserve(m_rows.size());
-    for (const Row& row : m_rows) {
-        keys.append(row.Key);
-    }
-    return keys;
-}
-
 void RowModel::Clear() {
-    if (m_rows.isEmpty()) {
-        return;
+    if (!m_keys.isEmpty()) {
+        Assign(QStringList(), nullptr);
     }
-    beginResetModel();
-    m_rows.clear();
-    Reindex();
-    endResetModel();
 }
 
 void RowModel::Assign(QList<ListRow> rows) {
@@ -129,19 +120,21 @@ void RowModel::Assign(QList<ListRow> rows) {
         return seen.size() == countBefore;
     });
     beginResetModel();
-    m_rows = QList<Row>(rows.cbegin(), rows.cend());
+    m_keys.clear();
+    m_made.clear();
+    m_keys.reserve(rows.size());
+    m_made.reserve(static_cast<std::size_t>(rows.size()));
+    Append(rows);
     m_isIndexed = false;
     endResetModel();
 }
 
 void RowModel::Assign(const QStringList& keys, RowMaker maker) {
     beginResetModel();
+    m_keys = keys;
+    m_made.clear();
+    m_made.resize(static_cast<std::size_t>(keys.size()));
     m_maker = std::move(maker);
-    m_rows.clear();
-    m_rows.reserve(keys.size());
-    for (const QString& key : keys) {
-        m_rows.emplaceBack(key);
-    }
     m_isIndexed = false;
     endResetModel();
 }
@@ -164,9 +157,9 @@ int RowModel::AddAll(const QList<ListRow>& rows) {
     }
     const int first = Count();
     beginInsertRows({}, first, first + static_cast<int>(added.size()) - 1);
-    m_rows.append(QList<Row>(added.cbegin(), added.cend()));
+    Append(added);
     for (int row = first; row < Count(); ++row) {
-        m_byKey.insert(m_rows[row].Key, row);
+        m_byKey.insert(m_keys.at(row), row);
     }
     endInsertRows();
     return static_cast<int>(added.size());
@@ -177,8 +170,9 @@ bool RowModel::Update(const QString& key, const ListRow& row) {
     if (place < 0) {
         return false;
     }
-    m_rows[place] = Row(row);
-    m_rows[place].Key = key;
+    auto& made = m_made[static_cast<std::size_t>(place)];
+    made = std::make_unique<ListRow>(row);
+    made->Key = m_keys.at(place);
     Q_EMIT dataChanged(index(place), index(place));
     return true;
 }
@@ -200,32 +194,46 @@ void RowModel::RemoveKeys(const QStringList& keys) {
     const QList<Run> runs = RunsOf(doomed);
     if (runs.size() > MaxRunNotices) {
         beginResetModel();
-        const QSet<int> rows(doomed.cbegin(), doomed.cend());
-        QList<Row> kept;
-        kept.reserve(m_rows.size() - doomed.size());
+        QStringList keptKeys;
+        std::vector<std::unique_ptr<ListRow>> kept;
+        keptKeys.reserve(m_keys.size() - doomed.size());
+        kept.reserve(m_made.size());
+        auto next = doomed.cbegin();
         for (int row = 0; row < Count(); ++row) {
-            if (!rows.contains(row)) {
-                kept.append(m_rows.at(row));
+            if (next != doomed.cend() && *next == row) {
+                ++next;
+            } else {
+                keptKeys.append(m_keys.at(row));
+                kept.push_back(std::move(m_made[static_cast<std::size_t>(row)]));
             }
         }
-        m_rows = kept;
+        m_keys = std::move(keptKeys);
+        m_made = std::move(kept);
         Reindex();
         endResetModel();
         return;
     }
     for (auto run = runs.crbegin(); run != runs.crend(); ++run) {
         beginRemoveRows({}, run->First, run->Last);
-        m_rows.remove(run->First, run->Last - run->First + 1);
+        m_keys.remove(run->First, run->Last - run->First + 1);
+        m_made.erase(m_made.begin() + run->First, m_made.begin() + run->Last + 1);
         Reindex();
         endRemoveRows();
     }
 }
 
+void RowModel::Append(const QList<ListRow>& rows) {
+    for (const ListRow& row : rows) {
+        m_keys.append(row.Key);
+        m_made.push_back(std::make_unique<ListRow>(row));
+    }
+}
+
 void RowModel::Reindex() const {
     m_byKey.clear();
-    m_byKey.reserve(m_rows.size());
+    m_byKey.reserve(m_keys.size());
     for (int row = 0; row < Count(); ++row) {
-        m_byKey.insert(m_rows.at(row).Key, row);
+        m_byKey.insert(m_keys.at(row), row);
     }
     m_isIndexed = true;
 }

@@ -7,6 +7,8 @@
 #include <QStringList>
 
 #include <functional>
+#include <memory>
+#include <vector>
 
 /// One row of a ListView.
 struct ListRow {
@@ -39,11 +41,11 @@ public:
 
     /// Rows get a check box that `setData` with Qt::CheckStateRole changes.
     void SetCheckable(bool checkable);
-    [[nodiscard]] int Count() const { return static_cast<int>(m_rows.size()); }
+    [[nodiscard]] int Count() const { return static_cast<int>(m_keys.size()); }
     [[nodiscard]] const ListRow& At(int row) const;
     /// -1 for an unknown key.
     [[nodiscard]] int RowOf(const QString& key) const;
-    [[nodiscard]] QStringList KeyList() const;
+    [[nodiscard]] QStringList KeyList() const { return m_keys; }
     void Clear();
     /// Replaces all rows; rows whose key repeats are left out.
     void Assign(QList<ListRow> rows);
@@ -61,16 +63,13 @@ public:
     void RemoveKeys(const QStringList& keys);
 
 private:
-    struct Row : ListRow {
-        explicit Row(const ListRow& made) : ListRow(made) {}
-        explicit Row(const QString& key) : IsMade(false) { Key = key; }
-        bool IsMade = true;  // false: only the key is there
-    };
-
+    [[nodiscard]] ListRow& MadeRow(int row) const;
+    void Append(const QList<ListRow>& rows);
     void Reindex() const;
     [[nodiscard]] const QHash<QString, int>& Index() const;
 
-    mutable QList<Row> m_rows;
+    QStringList m_keys;
+    mutable std::vector<std::unique_ptr<ListRow>> m_made;  // as many; null: not looked at yet
     RowMaker m_maker;
     mutable QHash<QString, int> m_byKey;
     mutable bool m_isIndexed = true;  // a list on show seldom needs to know where its keys stand
