@@ -33,7 +33,7 @@ install_missing() {
       as_root=(sudo)
     else
       fail "Missing packages. Ask an administrator to run:
-  apt-get install -y --no-install-recommends ${missing[*]}"
+  apt-get update && apt-get install -y --no-install-recommends ${missing[*]}"
     fi
   fi
   say "Installing ${#missing[@]} package(s): ${missing[*]}"

@@ -11,6 +11,7 @@
 #include <QDir>
 #include <QFile>
 #include <QProcess>
+#include <QSettings>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -31,6 +32,10 @@ public:
             QDir().mkpath(folder);
             QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
             qputenv(name, QFile::encodeName(folder));
+        }
+        // The toolkit remembers the first folder of the process.
+        for (const QSettings::Format format : {QSettings::IniFormat, QSettings::NativeFormat}) {
+            QSettings::setPath(format, QSettings::UserScope, qEnvironmentVariable("XDG_CONFIG_HOME"));
         }
     }
     [[nodiscard]] QString Folder() const { return Root.filePath(QStringLiteral("office")); }

@@ -220,8 +220,11 @@ void Tour::Run() {
 }  // namespace
 
 int main(int argc, char** argv) {
-    const CommandLine commandLine(
-        QStringList{QString::fromLocal8Bit(argv[1]), QString::fromLocal8Bit(argv[2])});
+    QStringList arguments;
+    for (int i = 1; i < argc && i < 3; ++i) {
+        arguments.append(QString::fromLocal8Bit(argv[i]));
+    }
+    const CommandLine commandLine(arguments);
     if (argc != 4 || commandLine.DataFolder.isEmpty()) {
         std::fprintf(stderr, "usage: larkspan-tour --data FOLDER PICTURES\n");
         return 2;

@@ -141,6 +141,7 @@ protected:
         Print(totals, findings);
         const std::string examples = findings.Examples.join(u'\n').toStdString();
         EXPECT_GT(totals.Rows, 50);
+        EXPECT_GT(totals.Canceled, 0) << "nobody canceled anything";
         EXPECT_EQ(findings.Lost, 0) << examples;
         EXPECT_EQ(findings.Doubled, 0) << examples;
         EXPECT_EQ(findings.WrongStatus, 0) << examples;
@@ -183,14 +184,16 @@ private:
             EXPECT_EQ(client->exitCode(), 0) << client->readAllStandardError().toStdString();
         }
         totals.Seconds += static_cast<double>(timer.elapsed()) / 1000.0;
-        canceller.terminate();
         EXPECT_TRUE(canceller.waitForFinished(20000)) << "the canceller hung";
+        EXPECT_EQ(canceller.exitStatus(), QProcess::NormalExit);
+        EXPECT_EQ(canceller.exitCode(), 0);
         if (m_hasBackup) {
             backup.terminate();
             EXPECT_TRUE(backup.waitForFinished(20000)) << "the backup hung";
             CountHolds(backup.readAllStandardOutput(), totals);
         }
         StopGateway(gateway);
+        EXPECT_GT(QFile(Journal()).size(), 0) << "the gateway took nothing";
         Count(canceller.readAllStandardOutput(), totals, findings);
     }
 
@@ -270,6 +273,12 @@ TEST_F(Hammer, ASenderKilledAtRandomMomentsLeavesEveryAcknowledgedRowOnce) {
             QStringLiteral("UPDATE Message SET msgComplete = FALSE WHERE msgID = 0"), nullptr));
         connection->Close();
         worstOpen = std::max(worstOpen, timer.elapsed());
+        // Now, and not at the end: the next client would mend what this one left.
+        const ThirdReader reader(Outbox());
+        EXPECT_TRUE(reader.IsWhole()) << "kill " << kill;
+        ThirdReader::Findings afterKill;
+        reader.CountHistory({m_historyFiles.first()}, afterKill);
+        EXPECT_EQ(afterKill.WrongStatus, 0) << afterKill.Examples.join(u'\n').toStdString();
     }
 
     const ThirdReader reader(Outbox());
