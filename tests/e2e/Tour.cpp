@@ -42,7 +42,9 @@ struct Tour {
     void SendAtTime();
     void SeeItDelivered();
     void CheckFiles() const;
+    void ComposeForPictures();
     void ShowLooks();
+    void ShowScaled();
     void Run();
 
     [[nodiscard]] int Recipients() const {
@@ -182,7 +184,7 @@ void Tour::CheckFiles() const {
     std::printf("    %d messages, all in history.sms and messagelog.sms\n", Expected);
 }
 
-void Tour::ShowLooks() {
+void Tour::ComposeForPictures() {
     const QString list = QStringLiteral("lvContacts");
     Hand.ClickTab(QStringLiteral("tabGroup"), QStringLiteral("*"));
     const QStringList people = NamesWithConfirmation(false, 6);
@@ -194,6 +196,10 @@ void Tour::ShowLooks() {
     Hand.Type(
         QStringLiteral("txtMessage"),
         QStringLiteral("Dear @FN, the canteen closes at 14:00 on @TD. Please collect orders before then."));
+}
+
+void Tour::ShowLooks() {
+    ComposeForPictures();
     Window.resize(1100, 740);
     Hand.PictureOf(Window, QStringLiteral("main-window"));
     Look::Apply(QStringLiteral("dark"));
@@ -205,6 +211,14 @@ void Tour::ShowLooks() {
     Window.ShowAlert(false);
     Window.resize(1900, 1000);
     Hand.PictureOf(Window, QStringLiteral("main-window-large"));
+}
+
+/// What a screen of twice the pixels shows: the smallest window, with the warning.
+void Tour::ShowScaled() {
+    ComposeForPictures();
+    Window.ShowAlert(true);
+    Window.resize(900, 600);
+    Hand.PictureOf(Window, QStringLiteral("main-window-scaled"));
 }
 
 void Tour::Run() {
@@ -225,8 +239,9 @@ int main(int argc, char** argv) {
         arguments.append(QString::fromLocal8Bit(argv[i]));
     }
     const CommandLine commandLine(arguments);
-    if (argc != 4 || commandLine.DataFolder.isEmpty()) {
-        std::fprintf(stderr, "usage: larkspan-tour --data FOLDER PICTURES\n");
+    const bool isScaled = argc == 5 && qstrcmp(argv[4], "--scaled") == 0;
+    if ((argc != 4 && !isScaled) || commandLine.DataFolder.isEmpty()) {
+        std::fprintf(stderr, "usage: larkspan-tour --data FOLDER PICTURES [--scaled]\n");
         return 2;
     }
     CompleteEnvironment();
@@ -251,7 +266,11 @@ int main(int argc, char** argv) {
         try {
             Driver::WaitFor(QStringLiteral("the main window"),
                             [&] { return screens.Main() != nullptr && screens.Main()->isActiveWindow(); });
-            tour.Run();
+            if (isScaled) {
+                tour.ShowScaled();
+            } else {
+                tour.Run();
+            }
             status = 0;
         } catch (const std::exception& problem) {
             std::fprintf(stderr, "tour: %s\n", problem.what());
