@@ -3,6 +3,7 @@
 #include <QSet>
 
 #include <algorithm>
+#include <ranges>
 #include <utility>
 
 namespace {
@@ -213,10 +214,10 @@ void RowModel::RemoveKeys(const QStringList& keys) {
         endResetModel();
         return;
     }
-    for (auto run = runs.crbegin(); run != runs.crend(); ++run) {
-        beginRemoveRows({}, run->First, run->Last);
-        m_keys.remove(run->First, run->Last - run->First + 1);
-        m_made.erase(m_made.begin() + run->First, m_made.begin() + run->Last + 1);
+    for (const Run& run : std::ranges::reverse_view(runs)) {
+        beginRemoveRows({}, run.First, run.Last);
+        m_keys.remove(run.First, run.Last - run.First + 1);
+        m_made.erase(m_made.begin() + run.First, m_made.begin() + run.Last + 1);
         Reindex();
         endRemoveRows();
     }
