@@ -57,25 +57,17 @@ bool IsKey(QEvent::Type type) {
 }  // namespace
 
 InputGate::InputGate(QWidget& window, EventPump& pump)
-    : m_window(window), m_pump(pump), m_hadCursor(window.testAttribute(Qt::WA_SetCursor)) {
+    : m_window(window), m_pump(pump), m_pointer(window, Qt::BusyCursor) {
     // A button that is held down now would otherwise click when it is released behind the gate.
     const QList<QAbstractButton*> buttons = window.findChildren<QAbstractButton*>();
     for (QAbstractButton* button : buttons) {
         button->setDown(false);
-    }
-    if (!m_hadCursor) {
-        m_window.setCursor(Qt::BusyCursor);
     }
     QCoreApplication::instance()->installEventFilter(this);
 }
 
 InputGate::~InputGate() {
     Trap([this] { m_pump.Process(DrainPasses); });
-    if (!m_hadCursor) {
-        m_window.unsetCursor();
-        // A top-level window counts as having one all the same.
-        m_window.setAttribute(Qt::WA_SetCursor, false);
-    }
 }
 
 bool InputGate::eventFilter(QObject* watched, QEvent* event) {

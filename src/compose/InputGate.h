@@ -1,5 +1,7 @@
 #pragma once
 
+#include "controls/WaitCursor.h"
+
 #include <QObject>
 
 class EventPump;
@@ -27,5 +29,5 @@ private:
 
     QWidget& m_window;
     EventPump& m_pump;
-    bool m_hadCursor;
+    WaitCursor m_pointer;
 };

@@ -90,6 +90,8 @@ protected:
     void dropEvent(QDropEvent* event) override;
 
 private:
+    static constexpr int MaxRows = 3;  // shown at once; more are scrolled through
+
     struct Tab {
         QString Caption;
         QString Tag;

@@ -4,16 +4,16 @@
 #include <QPointer>
 #include <QWidget>
 
-/// Shows the hourglass over one window for its lifetime; afterwards the window's pointer is what it was
-/// before, also when scopes nest. Other windows, a question over this one among them, keep theirs. Safe if
-/// the window dies first.
+/// Shows the hourglass, or another pointer, over one window for its lifetime; afterwards the window's pointer
+/// is what it was before, also when scopes nest. Other windows, a question over this one among them, keep
+/// theirs. Safe if the window dies first.
 class WaitCursor {
 public:
-    explicit WaitCursor(QWidget& window)
+    explicit WaitCursor(QWidget& window, Qt::CursorShape shape = Qt::WaitCursor)
         : m_window(&window),
           m_hadCursor(window.testAttribute(Qt::WA_SetCursor)),
           m_cursorBefore(window.cursor()) {
-        window.setCursor(Qt::WaitCursor);
+        window.setCursor(shape);
     }
     ~WaitCursor() {
         if (m_window == nullptr) {

@@ -305,10 +305,18 @@ bool SqliteConnection::IsTable(QStringView name) {
 
 /// A table whose row identities are a column of its own; all others have them for SQLite's use only.
 bool SqliteConnection::HasAutomaticNumber(QStringView table) {
+    const QString name = table.toString();
+    if (m_numberedTables.contains(name)) {
+        return true;
+    }
     const QByteArray sql = "SELECT type FROM pragma_table_info(?) WHERE pk > 0";
-    const QStringList keyTypes = ReadNames(sql, table.toString());
-    return keyTypes.size() == 1 &&
-           keyTypes.constFirst().compare(QStringLiteral("INTEGER"), Qt::CaseInsensitive) == 0;
+    const QStringList keyTypes = ReadNames(sql, name);
+    const bool isNumbered = keyTypes.size() == 1 && keyTypes.constFirst().compare(QStringLiteral("INTEGER"),
+                                                                                  Qt::CaseInsensitive) == 0;
+    if (isNumbered) {
+        m_numberedTables.insert(name);
+    }
+    return isNumbered;
 }
 
 void SqliteConnection::BeginTrans() {

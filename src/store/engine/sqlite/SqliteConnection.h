@@ -8,6 +8,7 @@
 #include "store/engine/sqlite/SqliteRecordset.h"
 
 #include <QList>
+#include <QSet>
 
 #include <memory>
 #include <optional>
@@ -70,7 +71,8 @@ private:
     SqliteDialect m_dialect;
     std::optional<sql::MonthNames> m_months;
     std::vector<SqliteRecordset*> m_writableSets;
-    bool m_hasBegun = false;  // a transaction, and neither committed nor rolled it back
+    QSet<QString> m_numberedTables;  // known to have an automatic number; a send asks for each of its rows
+    bool m_hasBegun = false;         // a transaction, and neither committed nor rolled it back
 };
 
 }  // namespace engine::sqlite
