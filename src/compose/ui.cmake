@@ -2,6 +2,7 @@
 larkspan_library(larkspan_compose_ui
   SOURCES
     ComposeArea.cpp ComposeArea.h
+    ComposeHost.h
     ComposeServices.h
     CounterLabel.cpp CounterLabel.h
     InputGate.cpp InputGate.h

@@ -119,15 +119,6 @@ TEST(SourceRules, TheProgramIsOneShortFile) {
     EXPECT_EQ(program.count(Q(".cpp")), 1);
 }
 
-TEST(SourceRules, NobodyIncludesTheShellButTheProgram) {
-    for (const QString& file : FilesWith(Q(R"(#include "")"))) {
-        if (file.startsWith(Q("shell/")) || file == Q("app/main.cpp")) {
-            continue;
-        }
-        EXPECT_FALSE(Read(Sources.filePath(file)).contains(Q("#include \"shell/"))) << file.toStdString();
-    }
-}
-
 TEST(SourceRules, TheContextStopsAtTheShell) {
     for (const QString& file : FilesWith(Q(R"(\bAppContext\b)"))) {
         EXPECT_TRUE(file.startsWith(Q("app/")) || file.startsWith(Q("shell/"))) << file.toStdString();
