@@ -56,8 +56,6 @@ install_missing() {
 build() {
   local preset=$1
   shift
-  # The compiler cache serves every clone of this repository, wherever it lies.
-  export CCACHE_BASEDIR="$root" CCACHE_NOHASHDIR=1 CCACHE_SLOPPINESS=locale
   if [ -z "${HOME:-}" ] || [ ! -w "${HOME:-/nowhere}" ]; then
     export CCACHE_DIR="${CCACHE_DIR:-$root/build/ccache}"
   fi

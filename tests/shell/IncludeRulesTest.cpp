@@ -16,8 +16,7 @@ QString Q(const char* text) {
 const QDir Sources(Q(SOURCE_FOLDER));
 const QDir Tools(Sources.filePath(Q("../tools")));
 
-/// What the headers of one part of the program may be used by: beside its own, a part includes headers of
-/// these, and of nothing else.
+/// Whose headers a part of the program may include beside its own: those of the parts that it stands on.
 const QMap<QString, QStringList>& MayInclude() {
     static const QMap<QString, QStringList> table = [] {
         const std::pair<const char*, const char*> rows[] = {
@@ -76,8 +75,8 @@ bool IsListed(const QString& folder, const QString& file) {
     return lists.value(folder).contains(word);
 }
 
-/// The part that a file belongs to, by its name as an #include has it; empty for a file of none. Half of the
-/// parts are folders; a folder with two halves is two.
+/// The part that a file belongs to, by its name as an #include has it; empty for a file of none. Most parts
+/// are folders; a folder with a half that has windows and one that has none is two.
 QString PartOf(const QString& name) {
     const QString folder = name.section(u'/', 0, -2);
     const QString file = name.section(u'/', -1);
@@ -203,7 +202,7 @@ TEST(IncludeRules, APartIncludesOnlyWhatItStandsOnAndNoWindowsWhereThereAreNone)
     for (const QString& file : AllFiles()) {
         const QString code = Read(PathOf(file));
         includes += code.count(Q("#include \""));
-        EXPECT_EQ(WrongIncludes(file, code), QStringList()) << file.toStdString();
+        EXPECT_EQ(WrongIncludes(file, code).join(u'\n').toStdString(), "");
     }
     EXPECT_GT(includes, 500);
 }
