@@ -16,11 +16,15 @@ inline constexpr qint16 EveryoneTab = -1;
 inline constexpr qint16 FavouritesTab = -2;
 inline constexpr qint16 PrivateTab = -3;
 
+/// "C" and the number of the row (cntID).
 [[nodiscard]] QString ContactKey(qint32 id);
+/// "P" and the place in mycontacts.sms, counted from 1.
 [[nodiscard]] QString PrivateKey(qint32 line);
+/// "G" and the number of the group (grpID), or one of the three numbers above.
 [[nodiscard]] QString GroupTag(qint32 id);
 /// Everything after the first character as a signed 16-bit value. Throws OverflowError.
 [[nodiscard]] qint16 Number(const QString& key);
+/// Whether the key begins with "C", or with "P"; what follows is not looked at.
 [[nodiscard]] bool IsContact(const QString& key);
 [[nodiscard]] bool IsPrivate(const QString& key);
 }  // namespace Keys
@@ -44,6 +48,7 @@ struct ContactColumns {
 /// from mycontacts.sms. A value: a copy in another list lives its own life.
 class Contact {
 public:
+    /// cntID of the address book; 0 until it is set.
     [[nodiscard]] qint16 ID() const { return m_id; }
     /// Also sets Key to "C" and the number; a caller that wants another key writes Key afterwards.
     void SetID(qint16 id);
@@ -62,6 +67,7 @@ public:
     [[nodiscard]] const QString& GetUserData(int index) const {
         return m_userData[static_cast<size_t>(index)];
     }
+    /// The same for writing.
     void SetUserData(int index, const QString& value) { m_userData[static_cast<size_t>(index)] = value; }
 
     /// Reads the current row, passing over each field that fails. False if ID, names, number, flags or note

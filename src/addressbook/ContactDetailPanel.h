@@ -20,6 +20,7 @@ public:
     void ShowHeaders(const QStringList& captions);
     /// A private number is not shown.
     void Show(const Contact& contact);
+    /// Empties number, note and the three values; the captions stay.
     void Clear();
 
 private:

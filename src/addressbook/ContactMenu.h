@@ -8,6 +8,7 @@
 /// The context menu of the contact list.
 namespace ContactMenu {
 
+/// Numbers of the entries, as Cmenu::TrackPopup gives them back.
 enum Entry {
     NewGroup = -1,
     Dismissed = 0,  // also the number of a separator
@@ -18,6 +19,7 @@ enum Entry {
     FirstGroup = 100  // group n is entry n + 100
 };
 
+/// A group that contacts can be added to: the number and the caption of its tab.
 struct Group {
     qint16 Number = 0;
     QString Caption;

@@ -28,8 +28,11 @@ class PhonebookArea : public QFrame {
 public:
     explicit PhonebookArea(PhonebookSide side, QWidget* parent = nullptr);
 
+    /// The letters "*", A to Z and, where the phonebook keeps alpha keys, "#".
     void InitAlphaTabs();
+    /// The tabs of the phonebook's groups and the fixed ones, in the saved order. Failures are logged.
     void InitGroupTabs();
+    /// The captions of the three user fields, from the phonebook; as they are if it cannot be read.
     void InitUserHeaders();
     /// SetSortBy with the present order.
     void InitSortBy();
@@ -44,6 +47,7 @@ public:
     void ShowAlphaGroup(const QString& letter);
     /// `groupID` is the number of a group tab.
     void ShowGroupMembers(qint32 groupID);
+    /// Builds the rows anew from `contacts`, which must stand behind them until the next filling.
     void FillContactList(const ContactList& contacts);
     /// Brings both lists in line with an edited contact. The recipient's row follows the row of this list,
     /// so one that is not listed here keeps its row; the recipient's own data are updated either way.
@@ -60,8 +64,14 @@ public:
 
     /// Moves the selection over: afterwards no contact is selected.
     void AddSelectedToRecipients();
+    /// What the key Delete and the button do: asks for the edit password (not for the tabs favourites and
+    /// private, whose rows it leaves alone), then ConfirmDeleteContacts.
     void DeleteSelectedContacts();
+    /// Asks in a box whether the selected contacts shall leave their group, or from the tab "*" the address
+    /// book, does it and builds the list anew. Nothing selected: nothing happens.
     void ConfirmDeleteContacts();
+    /// Both take each selected contact out without asking, and leave the rows as they are; one that cannot be
+    /// deleted is passed over.
     void DeleteContactsFromGroup();
     void DeleteContactsFromAddressBook();
     /// Asks for a name and makes a group of the rows of `list`, or of the selected ones alone; private

@@ -19,7 +19,11 @@ public:
     /// `toolTip` is the one of the contact's row in the contact list; it is empty when the contact is not
     /// listed there, and then the recipient's row stays as it is.
     virtual void UpdateRecipient(const Contact& contact, const QString& toolTip) = 0;
+    /// Builds the recipient list anew, in the present form of names.
     virtual void RefreshRecipientList() = 0;
+    /// Recipient count, size display and send buttons.
     virtual void UpdateStateDisplay() = 0;
+    /// May contacts be changed, or, with `hidden`, one with a private number; asks for the password if need
+    /// be.
     virtual bool IsPasswordOK(bool hidden) = 0;
 };

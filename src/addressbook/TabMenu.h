@@ -7,6 +7,7 @@
 /// The context menu of a group tab.
 namespace TabMenu {
 
+/// Numbers of the entries, as Cmenu::TrackPopup gives them back; 0 is a dismissed menu.
 enum Entry {
     EditPrivate = -2,
     AddToRecipients = 1,
@@ -27,6 +28,8 @@ struct Subject {
     int TabCount = 0;
 };
 
+/// The entries that this tab offers. Only a group can be renamed, deleted and added to the recipients; for
+/// other tabs the last is greyed, and the tab "*" does not have it. Editing private contacts is greyed.
 [[nodiscard]] Cmenu Build(const Subject& subject);
 /// The entries that move a tab. They are not offered; see `IsMovingOffered`.
 void AddMoves(Cmenu& menu, const Subject& subject);

@@ -22,6 +22,7 @@ void LoadGroupTabs(const PhonebookState& state, TabControl& tabs, int& index);
 
 /// The numbers of all tabs in their order.
 [[nodiscard]] QList<qint16> GetTabIDs(const TabControl& tabs);
+/// Writes the numbers of all tabs to the settings, separated by ",".
 void SaveTabOrder(const TabControl& tabs, Settings& settings);
 /// Empty if no order was saved.
 [[nodiscard]] QList<qint16> LoadTabOrder(const Settings& settings);

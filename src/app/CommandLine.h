@@ -28,6 +28,7 @@ public:
     /// What is wrong with the options, for the person who typed them; empty if nothing is.
     QString Problem;
 
+    /// What --help prints; lines closed by "\n".
     [[nodiscard]] static QString HelpText();
 
 private:

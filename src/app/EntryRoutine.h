@@ -17,8 +17,10 @@ public:
     virtual ~EntryScreens() = default;
     /// Loads the splash and shows it, not modally.
     virtual void ShowSplash() = 0;
+    /// Paints it at once: the event loop is not reached for a while.
     virtual void RepaintSplash() = 0;
     virtual void HideSplash() = 0;
+    /// Unloads it; there is none from now on.
     virtual void DropSplash() = 0;
     /// False if the user did not finish the setup: the program then ends.
     [[nodiscard]] virtual bool RunSetupWizard() = 0;
@@ -29,6 +31,7 @@ public:
     /// 0 without a main window.
     [[nodiscard]] virtual WindowHandle MainHandle() const = 0;
     virtual void ShowMain() = 0;
+    /// Moves the focus to the contact list; with `home` its first row takes the cursor.
     virtual void ContactListFocus(bool home) = 0;
     virtual void RepaintMain() = 0;
 };
@@ -41,6 +44,7 @@ public:
     EntryRoutine(AppContext& context, const Machine& machine, EntryScreens& screens,
                  const CommandLine& commandLine);
 
+    /// The nineteen steps in their order; Run runs them.
     [[nodiscard]] StepTable Steps();
     /// True if the process lives on in the main window's event loop, false if it is to end at once: there is
     /// another copy, the setup was canceled, the main window was closed while the start let events through,

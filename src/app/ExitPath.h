@@ -14,6 +14,7 @@ public:
     ExitPath(PhonebookState& phonebook, Log& log, std::function<void()> unloadForms,
              std::function<void()> endProcess);
 
+    /// What ApplicationTerminate runs, in order.
     [[nodiscard]] StepTable Steps();
     /// A second call does nothing: there is one end.
     void ApplicationTerminate();

@@ -21,6 +21,7 @@
 class RealMachine {
 public:
     RealMachine();
+    /// References to its members: valid as long as it lives.
     [[nodiscard]] Machine Seams();
 
 private:

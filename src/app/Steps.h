@@ -16,6 +16,7 @@ struct NamedStep {
 };
 using StepTable = std::vector<NamedStep>;
 
+/// The names in order.
 [[nodiscard]] inline QStringList StepNames(const StepTable& steps) {
     QStringList names;
     for (const NamedStep& step : steps) {

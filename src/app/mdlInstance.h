@@ -21,6 +21,7 @@ inline constexpr qsizetype FormClassLength = 16;
 void WriteInstanceHandle(const Machine& machine, WindowHandle handle);
 /// 0 if there is no such file or no number in it.
 [[nodiscard]] WindowHandle ReadInstanceHandle(const Machine& machine);
+/// Deletes hwnd.app; a missing one is passed over.
 void DeleteInstanceMarker(const Machine& machine);
 
 /// The window of the running copy: by class and title, else the first window of the class with the child that

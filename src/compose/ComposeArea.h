@@ -23,11 +23,14 @@ public:
     [[nodiscard]] MessagePanel& Message() { return *m_message; }
     [[nodiscard]] RecipientPanel& Recipients() { return *m_recipients; }
 
+    /// As MessagePanel: the colour of the size bar is kept, the limit of the message box and the list of
+    /// tails are read from what the stores say.
     void InitColours();
     void InitMessageSize();
     void InitMessageTails();
-    /// The signature as it was when the program last ended, and back to the settings.
+    /// The signature as it was when the program last ended (settings, EndWith); empty if there was none.
     void LoadSignature();
+    /// Without blanks at its ends.
     void SaveSignature() const;
 
     /// Recipient count, size display, send buttons, in this order. Ignores failures.
@@ -38,7 +41,7 @@ public:
     void Reset() override;
     [[nodiscard]] QString GetTailText() const override;
 
-    // The recipient list, for the phonebook side.
+    // The recipient list, for the phonebook side: as the routines of these names in RecipientPanel.
     void AddKeysToRecipients(const QStringList& keys);
     void AddKeyToRecipients(const QString& key, bool ensureVisible);
     void DropGroupByID(qint32 groupID);
@@ -56,6 +59,7 @@ public:
     /// Characters plus one for each euro sign. Throws OverflowError.
     [[nodiscard]] static qint16 SMSLength(const QString& text);
 
+    /// The focus for txtMessage and for lvRecipients.
     void FocusMessage();
     void FocusRecipients();
 

@@ -8,6 +8,7 @@ public:
     virtual ~ComposeHost() = default;
     /// Clears the contact detail panel, as Reset does.
     virtual void ClearContactInfo() = 0;
+    /// Moves the focus to the contact list; with `home` its first row takes the cursor.
     virtual void ContactListFocus(bool home) = 0;
     /// Asks for a name and makes a group of the rows of a list, or of the selected ones alone (private
     /// contacts are left out).

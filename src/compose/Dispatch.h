@@ -21,6 +21,7 @@ public:
     [[nodiscard]] virtual QString MessageText() const = 0;
     /// The text of txtEndWidth, untrimmed.
     [[nodiscard]] virtual QString SignatureText() const = 0;
+    /// ": " signature " - " tail, or " - " tail: what is put behind every message.
     [[nodiscard]] virtual QString GetTailText() const = 0;
     /// Takes these rows out of lvRecipients, in one batch.
     virtual void RemoveRecipientRows(const QStringList& keys) = 0;

@@ -44,6 +44,7 @@ public:
     /// bar; beeps when exactly nothing remains. Failures of the controls are passed over.
     void ShowRemainingChars();
 
+    /// As typed, untrimmed.
     [[nodiscard]] QString MessageText() const;
     /// Empties the message; afterwards nothing can be undone.
     void ResetMessage();

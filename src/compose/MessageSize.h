@@ -16,6 +16,8 @@ struct MessageSize {
     QString Text;
     bool IsCut = false;
 
+    /// Units (GSM 03.38) of a message that is one part, and of each part where there are more. A network puts
+    /// 153 into each (3GPP TS 23.040); this display counts with 152.
     static constexpr qint16 SinglePartLimit = 160;
     static constexpr qint16 PartSize = 152;
 

@@ -21,7 +21,9 @@ public:
                    const PhonebookState& phonebook, const qint32& sortBy, QWidget* parent = nullptr);
 
     [[nodiscard]] ListView& List() { return *m_lvRecipients; }
+    /// Rows of the list.
     [[nodiscard]] int Count() const;
+    /// Keys of the rows, in list order.
     [[nodiscard]] QStringList RecipientKeys() const;
 
     /// The caption of the frame tells how many rows there are.
@@ -44,9 +46,11 @@ public:
     void RefreshRecipientList();
     /// Takes the selected rows out of the list; their contacts stay in RecipientContacts.
     void RemoveSelectedRecipients();
+    /// The same for these keys, in one batch; unknown ones are passed over.
     void RemoveRows(const QStringList& keys);
     /// Takes one recipient out of both.
     void RemoveRecipient(const QString& key);
+    /// Takes all rows out of the list; the contacts stay in RecipientContacts.
     void Clear();
     /// True as soon as one row's contact has IsConfirmSend.
     [[nodiscard]] bool HasConfirmRecipients() const;
@@ -57,6 +61,7 @@ public:
 Q_SIGNALS:
     /// The user, by a key, a double click, a drop or a button, has changed the list.
     void RecipientsChanged();
+    /// cmdClearRecipients was pressed; nothing is cleared yet.
     void ClearPressed();
     /// Right button or menu key on a list that is not empty; global position.
     void MenuRequested(const QPoint& position);

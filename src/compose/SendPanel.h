@@ -10,9 +10,11 @@ class SendPanel final : public QFrame {
 public:
     explicit SendPanel(QWidget* parent = nullptr);
 
+    /// Both buttons at once.
     void SetSendingEnabled(bool enabled);
 
 Q_SIGNALS:
+    /// A press that counts: see SendButton for those that do not.
     void SendNowPressed();
     void SendLaterPressed();
 

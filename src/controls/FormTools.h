@@ -11,6 +11,7 @@ namespace FormTools {
 /// Replaces "{APP}", "{SUITE}" and "{YEAR}" (`year`, four digits) in every control below `form` and in the
 /// form's title; a text without placeholders is not written.
 void ExpandPlaceholders(QWidget& form, int year);
+/// The same for one control.
 void ExpandControl(QWidget& control, int year);
 
 /// Window title: `indent` blanks, the product's title, and " - " and `title` unless that is empty.

@@ -44,7 +44,9 @@ public:
 
     /// Text that a drag out of this list carries; text/plain.
     [[nodiscard]] QString DragText() const;
+    /// Whether rows can be dragged out as DragText; off at creation.
     void SetDragOut(bool on);
+    /// Whether text/plain of another widget can be dropped here; off at creation.
     void SetDropIn(bool on);
 
 Q_SIGNALS:

@@ -42,6 +42,7 @@ public:
     /// Rows get a check box that `setData` with Qt::CheckStateRole changes.
     void SetCheckable(bool checkable);
     [[nodiscard]] int Count() const { return static_cast<int>(m_keys.size()); }
+    /// `row` from 0, not checked.
     [[nodiscard]] const ListRow& At(int row) const;
     /// -1 for an unknown key.
     [[nodiscard]] int RowOf(const QString& key) const;

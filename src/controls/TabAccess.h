@@ -7,6 +7,7 @@ namespace TabAccess {
 
 /// Safe to call any number of times.
 void Install();
+/// Tells that the tab at `position`, from 0, has become the selected one.
 void NotifySelection(TabControl& control, int position);
 
 }  // namespace TabAccess

@@ -30,6 +30,7 @@ public:
     /// A removed tab that was selected hands the selection to the one that takes its place, or to the last.
     void RemoveAt(int position);
     [[nodiscard]] int Count() const { return static_cast<int>(m_tabs.size()); }
+    /// Caption and tag of a tab; `position` is not checked.
     [[nodiscard]] QString Caption(int position) const { return m_tabs[position].Caption; }
     void SetCaption(int position, const QString& caption);
     [[nodiscard]] QString Tag(int position) const { return m_tabs[position].Tag; }
@@ -37,6 +38,7 @@ public:
     [[nodiscard]] int Selected() const { return m_selected; }
     /// SelectionChanged comes only when another tab becomes the selected one.
     void Select(int position);
+    /// The tab at `from` then stands at `to`; the selection goes with its tab.
     void Move(int from, int to);
     /// In the control's own coordinates.
     [[nodiscard]] int TabUnder(const QPoint& point) const;

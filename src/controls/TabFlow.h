@@ -7,6 +7,7 @@
 /// Where tabs stand: pure geometry, in pixels.
 namespace TabFlow {
 
+/// Where one tab stands: its rectangle in the whole strip, and its row, counted from 0.
 struct Place {
     QRect Rect;
     int Row = 0;

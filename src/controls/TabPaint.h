@@ -19,5 +19,6 @@ struct TabPaint {
     bool HasFocus = false;
     bool IsQuiet = false;  // a selection is only outlined
 
+    /// Paints the tab into Place, in these colours and the painter's font.
     void Draw(QPainter& painter, const QPalette& colours) const;
 };

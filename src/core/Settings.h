@@ -20,6 +20,7 @@ public:
     void SetApplication(const QString& name);
     [[nodiscard]] QString GetValue(const QString& section, const QString& key,
                                    const QString& defaultValue) const;
+    /// Written at once.
     void SetValue(const QString& section, const QString& key, const QString& value);
     /// The path of the ini file.
     [[nodiscard]] QString FileName() const;

@@ -28,6 +28,7 @@ public:
     [[nodiscard]] QString RemoteName(const QString& drive) const;
     /// The folder behind "X:"; empty if the letter stands for nothing.
     [[nodiscard]] QString FolderOf(const QString& drive) const;
+    /// Whether a file system, of whatever kind, is mounted on exactly this folder.
     [[nodiscard]] bool IsMounted(const QString& folder) const;
 
 private:

@@ -18,6 +18,7 @@ public:
     [[nodiscard]] virtual QString ShareFolder() const = 0;
     /// The environment variable TEMP, or the application folder if that is empty.
     [[nodiscard]] virtual QString TempFolder() const = 0;
+    /// The working folder of the process.
     [[nodiscard]] virtual QString CurrentFolder() const = 0;
 };
 

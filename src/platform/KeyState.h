@@ -6,5 +6,6 @@ public:
     enum class Key { Control, Shift, Alt };
 
     virtual ~KeyState() = default;
+    /// Left or right one alike.
     [[nodiscard]] virtual bool IsKeyDown(Key key) const = 0;
 };

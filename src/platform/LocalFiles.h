@@ -29,6 +29,7 @@ public:
     /// Appends in one write; makes the file (mode 0600) if it is missing. False if not all bytes went in;
     /// what a failed append wrote is taken off again.
     [[nodiscard]] virtual bool Append(const QString& path, const QByteArray& bytes) = 0;
+    /// False if the file is still there, or was not.
     [[nodiscard]] virtual bool Remove(const QString& path) = 0;
     /// Waits until the file as it stands is on the disk, once after a batch of writes. False if that failed.
     [[nodiscard]] virtual bool Sync(const QString& path) = 0;

@@ -25,7 +25,9 @@ public:
     [[nodiscard]] virtual QList<WindowHandle> EnumWindows() const = 0;
     /// Direct children, lowest first; empty for a window that is gone.
     [[nodiscard]] virtual QList<WindowHandle> Children(WindowHandle parent) const = 0;
+    /// Class of a window, the second part of the X11 property WM_CLASS (ICCCM); empty for none.
     [[nodiscard]] virtual QString ClassName(WindowHandle window) const = 0;
+    /// Title of a window, _NET_WM_NAME (EWMH) before WM_NAME; empty for none.
     [[nodiscard]] virtual QString Title(WindowHandle window) const = 0;
     /// Gives a window of our own the class name by which a second start finds it.
     virtual void SetClassName(WindowHandle window, const QString& name) = 0;

@@ -11,6 +11,7 @@ class AlertStrip final : public QFrame {
 public:
     explicit AlertStrip(QWidget* parent = nullptr);
 
+    /// Shows or hides the warning; screen readers are told of one that appears.
     void ShowAlert(bool show);
 
 protected:

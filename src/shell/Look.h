@@ -10,6 +10,7 @@ enum class Scheme { Light, Dark };
 
 /// Dark where the desktop's windows are dark.
 [[nodiscard]] Scheme SchemeOf(const QPalette& desktop);
+/// All colours of the program in one scheme.
 [[nodiscard]] QPalette PaletteOf(Scheme scheme);
 /// `wanted` is "light", "dark" or empty for the desktop's own.
 void Apply(const QString& wanted);

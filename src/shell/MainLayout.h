@@ -18,6 +18,7 @@ public:
     void Activate();
     /// A place that is not stored, or that no screen shows any more, leaves the window at its first size.
     void Restore(const Settings& settings);
+    /// Writes size and division of this moment.
     void Save(Settings& settings) const;
 
 private:

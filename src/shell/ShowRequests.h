@@ -17,6 +17,7 @@ public:
     void SetAppWindowStyle();
     /// From now on the window is found by its class name, and requests are heard.
     void SubclassMainWindow();
+    /// Requests are no longer heard.
     void UnsubclassMainWindow();
     /// Old versions of the program left a file beside the one with the window's handle.
     void DeleteInstanceMarker();

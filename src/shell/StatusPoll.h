@@ -19,6 +19,7 @@ public:
     StatusPoll(const BusyState& busy, MessageTracker& tracker, std::function<void()> showAlert,
                QObject* parent = nullptr);
 
+    /// A poll that is on goes on undisturbed.
     void Start();
     void Stop();
     /// One tick. Does nothing while a long operation runs; ignores failures.

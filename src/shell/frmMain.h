@@ -41,11 +41,13 @@ public:
 
     /// Fills the window. Failures are logged, and the next step runs.
     void Load();
+    /// What Load runs, and what its step InitMainWindow runs; each in order.
     [[nodiscard]] StepTable LoadSteps();
     [[nodiscard]] StepTable InitMainWindowSteps();
     /// What is saved and closed before the window goes.
     [[nodiscard]] StepTable QueryUnloadSteps();
 
+    /// Steps of InitMainWindow, each of the area that it is named after: see PhonebookArea and ComposeArea.
     void InitColours();
     void InitAlphaTabs();
     void InitGroupTabs();
@@ -53,6 +55,7 @@ public:
     void InitMessageTails();
     void InitSortBy();
     void InitUserHeaders();
+    /// Passed on to PhonebookArea and ComposeArea, where each says what it does.
     void ShowGroup();
     void ShowAlphaGroup(const QString& letter);
     void EnableButtons();
@@ -66,18 +69,19 @@ public:
     [[nodiscard]] bool IsUnloaded() const { return m_isUnloaded; }
     /// The warning that messages were not delivered.
     void ShowAlert(bool show);
+    /// The three locks of AccessPasswords; each may ask for its password.
     [[nodiscard]] bool PublicHistoryPasswordCheck();
     [[nodiscard]] bool ReportPasswordCheck();
     [[nodiscard]] bool IsPasswordOK(bool hidden) override;
 
-    // For the phonebook side.
+    // For the phonebook side: see PhonebookHost.
     void AddKeysToRecipients(const QStringList& keys) override;
     void DropGroupByID(qint32 groupID) override;
     void ScrollRecipientsTo(int index) override;
     void UpdateRecipient(const Contact& contact, const QString& toolTip) override;
     void RefreshRecipientList() override;
 
-    // For the composing side.
+    // For the composing side: see ComposeHost.
     void ClearContactInfo() override;
     void CreateGroupFromSelection(const ListView& list, bool onlySelected) override;
     void StartTracking() override;

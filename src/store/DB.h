@@ -67,6 +67,7 @@ public:
     /// True on success, otherwise RecordError and false. No retry: an outcome that nobody knows is not tried
     /// again.
     [[nodiscard]] bool CommitTransaction() noexcept;
+    /// A failure is passed over.
     void RollbackTransaction() noexcept;
 
     /// A statement without rows. True on success; false for a failure that is not transient; true, with
@@ -85,15 +86,18 @@ public:
     /// is well, and stays there, with the temporary one, after a failure. No retry. Reopens with mode 19 if
     /// it was open. For a quiet moment: what another client writes while the files change places is lost.
     [[nodiscard]] bool Compact() noexcept;
+    /// Whether Filename names a file, by way of NativePath.
     [[nodiscard]] bool FileExists() const noexcept;
 
     /// Sets IsError and builds the error text "GE:0x80004005, NE:0x0, SQL:3045 - description" from the
     /// pending error; without an item of the engine "GE:0x800A0E78, description", without a connection
     /// "GE:0x800A0E78".
     void RecordError() noexcept;
+    /// IsError false, LastError empty.
     void ResetError() noexcept;
     [[nodiscard]] QString LastError() const noexcept { return m_errorText; }
 
+    /// Whether a connection exists and says that it is open.
     [[nodiscard]] bool IsConnected() const noexcept;
     /// The first two characters of Filename if the second is ":", else empty.
     [[nodiscard]] QString GetDrive() const noexcept;

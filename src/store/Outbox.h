@@ -72,6 +72,8 @@ bool OpenOutbox(const OutboxServices& services);
 /// Reads MaxMessageSize from the table System while OutboxDB is open; 160 if that fails.
 void ReadSystemRecord(const OutboxServices& services);
 
+/// The INSERT of one row with these seven columns, texts quoted and not cut, the date by QuoteDate; status
+/// and the rest are the file's defaults.
 [[nodiscard]] QString BuildInsertMessageSQL(const OutgoingMessage& message);
 
 /// Cuts, inserts and reads the identity back; OutboxDB is open with mode 19. The new msgID, 0 on failure (a

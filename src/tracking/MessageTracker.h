@@ -30,6 +30,7 @@ class MessageTracker {
 public:
     static constexpr int SlotCount = 50;
 
+    /// One message on its way.
     struct Slot {
         qint32 msgID = 0;  // 0 marks a free slot
         qint32 status = 0;
@@ -41,11 +42,13 @@ public:
 
     MessageTracker(OutboxState& outbox, Settings& settings, Clock& clock);
 
+    /// Whether messages are taken and polled.
     [[nodiscard]] bool Enabled() const { return m_enabled; }
     /// Writing false also clears all slots.
     void SetEnabled(bool enabled);
     /// Seconds between polls.
     qint16 RefreshInterval = 60;
+    /// Whether a notification is heard, from the settings.
     bool PlaySound = false;
     /// Who is told of final messages; none while there is nobody to tell: final slots then wait.
     void SetSink(DeliverySink* sink) { m_sink = sink; }
@@ -62,6 +65,7 @@ public:
     /// poll does nothing.
     bool CheckDB();
 
+    /// Frees a slot; `slot` from 0, not checked, here and below.
     void ClearSlot(int slot);
     [[nodiscard]] const Slot& SlotAt(int slot) const { return m_slots[static_cast<size_t>(slot)]; }
     /// Before this moment no poll runs; invalid at creation.
@@ -70,6 +74,8 @@ public:
     /// Empty for a null, otherwise "HH:NN".
     [[nodiscard]] static QString FormatTime(const QVariant& value);
 
+    /// Enabled, PlaySound and RefreshInterval from the section Notify, and back. An interval beyond 16 bits
+    /// leaves the present one.
     void LoadSettings();
     void SaveSettings();
 

@@ -8,6 +8,7 @@
 /// Runs a whole command line (without the program's name) and returns an ExitCode.
 [[nodiscard]] int RunCommandLine(const QStringList& arguments, const CommandContext& context);
 
+/// The commands "create", "check" and "compact".
 [[nodiscard]] Command CreateCommand();
 [[nodiscard]] Command CheckCommand();
 [[nodiscard]] Command CompactCommand();

@@ -14,6 +14,7 @@ class HandOver;
 
 /// What a gateway is told when it starts.
 struct GatewaySettings {
+    /// Until it is stopped; until what is due has come to its end; the same for what another run left too.
     enum class RunMode { Forever, Once, UntilIdle };
 
     RunMode Mode = RunMode::Forever;
@@ -46,6 +47,7 @@ public:
         std::function<void(const QString& text)> OnTrouble;
     };
 
+    /// What one run has done so far, in messages.
     struct Counts {
         int HandedOver = 0;
         int Ended = 0;

@@ -16,6 +16,7 @@ public:
 
     /// True if no other gateway is at work here; then none can start until Share is called.
     [[nodiscard]] bool TryAlone();
+    /// Back to a share of the lock; see TryAlone.
     void Share();
 
     inline static const QString FileName = QStringLiteral("smsgateway.lock");

@@ -45,7 +45,9 @@ public:
 
     GatewayOutbox(const DBServices& services, const QString& file);
 
+    /// Connects for reading and writing; a connection that is open is closed first.
     void Open();
+    /// Nothing happens if it is closed already; never throws.
     void Close();
 
     /// Up to `limit` rows at status 0 whose send time has come, oldest first. Reads along the index on status

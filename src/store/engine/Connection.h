@@ -14,6 +14,7 @@ class Clock;
 
 namespace engine {
 
+/// Numbers as the data objects of the field have them.
 enum class State { Closed = 0, Open = 1 };
 
 /// Values of Connection::Mode.
@@ -59,6 +60,7 @@ public:
     virtual void SetProperty(const QString& name, const QVariant& value) = 0;
     [[nodiscard]] virtual QVariant Property(const QString& name) const = 0;
 
+    /// What the latest call failed with; empty after one that succeeded.
     [[nodiscard]] virtual const QList<Error>& Errors() const = 0;
 };
 

@@ -6,6 +6,7 @@
 
 namespace engine {
 
+/// Numbers of both as the data objects of the field have them.
 enum class CursorType { ForwardOnly = 0, KeySet = 1, Dynamic = 2, Static = 3 };
 enum class LockType { ReadOnly = 1, Pessimistic = 2, Optimistic = 3, BatchOptimistic = 4 };
 
@@ -24,6 +25,7 @@ public:
     /// How many rows there are in all; -1 where the engine does not know.
     [[nodiscard]] virtual qsizetype RecordCount() const { return -1; }
 
+    /// Fields are counted from 0; hidden ones of an engine do not count.
     [[nodiscard]] virtual int FieldCount() const = 0;
     [[nodiscard]] virtual QString FieldName(int index) const = 0;
     /// Names are compared without regard to case. -1 if there is no such field.
@@ -45,6 +47,7 @@ public:
     /// set. Any failure gives the changes up.
     virtual void Update() = 0;
 
+    /// From now on every call throws Failure, a second Close too.
     virtual void Close() = 0;
     /// Cuts a client-side set off from its connection; its rows stay readable.
     virtual void Disconnect() = 0;

@@ -12,6 +12,7 @@ class ConnectionFactory;
 /// Why an office could not be made, in words for people.
 class OfficeError : public std::runtime_error {
 public:
+    /// What a caller tells apart: something is there already, or could not be written.
     enum class Kind { Exists, CannotWrite };
     OfficeError(Kind kind, const QString& text)
         : std::runtime_error(text.toStdString()), m_kind(kind), m_text(text) {}

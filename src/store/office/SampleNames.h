@@ -18,6 +18,7 @@ namespace SampleNames {
 [[nodiscard]] std::span<const SampleLanguage> Languages();
 /// Notes that people write about their colleagues; one of them has two lines.
 [[nodiscard]] std::span<const QStringView> Notes();
+/// Where people work: one of their user fields.
 [[nodiscard]] std::span<const QStringView> Departments();
 /// At most 10 characters each, which is as long as the name of a group can be.
 [[nodiscard]] std::span<const QStringView> Groups();

@@ -47,6 +47,7 @@ public:
     [[nodiscard]] static QStringList Groups();
     /// Message tails; the first one is preselected.
     [[nodiscard]] static QStringList Tails();
+    /// What its Config row says: the company's name, and the prefix of its country.
     [[nodiscard]] static QString Company();
     [[nodiscard]] static QString NumberPrefix();
     /// Captions of the three user fields.

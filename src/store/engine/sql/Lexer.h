@@ -59,6 +59,7 @@ enum class TokenKind {
     ReservedWord
 };
 
+/// One piece of a statement: views into it, nothing copied.
 struct Token {
     TokenKind Kind = TokenKind::End;
     /// A part of the statement; what it leaves out of the source stands with the kinds.
@@ -76,6 +77,7 @@ class Lexer {
 public:
     /// `statement` must outlive the lexer and every token.
     explicit Lexer(QStringView statement) : m_text(statement) {}
+    /// The next token; behind the last one End, however often it is asked.
     Token Next();
 
 private:

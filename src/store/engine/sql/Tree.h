@@ -11,13 +11,14 @@
 
 namespace engine::sql {
 
-/// A value as it stands in a statement. Text is any sequence of UTF-16 units, NUL and lone surrogates
-/// included.
+/// A date as # signs enclose it; midnight without a time.
 struct DateLiteral {
     QDate Day;
     QTime Time;
     bool operator==(const DateLiteral&) const = default;
 };
+/// A value as it stands in a statement; monostate is NULL. Text is any sequence of UTF-16 units, NUL and lone
+/// surrogates included.
 using Literal = std::variant<std::monostate, bool, qint64, double, QString, DateLiteral>;
 
 /// A name as written, or Table.Name. Views into the statement.
@@ -26,6 +27,7 @@ struct Name {
     QStringView Column;
 };
 
+/// Operators of arithmetic and of comparisons.
 enum class Operator {
     Add,
     Subtract,
@@ -39,12 +41,15 @@ enum class Operator {
     GreaterEqual
 };
 
+/// The functions of the dialect; Len and Iif work on one row, the others on a group of rows.
 enum class Function { Len, Iif, Sum, Count, Min, Max, Avg };
 
+/// Whether the function makes one value of many rows.
 [[nodiscard]] constexpr bool IsAggregate(Function function) {
     return function != Function::Len && function != Function::Iif;
 }
 
+/// What a node is, and which of its members count.
 enum class ExpressionKind {
     Constant,    // Value
     Column,      // Column
@@ -76,11 +81,13 @@ struct Expression {
     std::vector<Expression> Operands;
 };
 
+/// One term behind SELECT.
 struct SelectItem {
     Expression Value;
     QStringView Alias;  // empty: none
 };
 
+/// One term of ORDER BY.
 struct OrderItem {
     Expression Value;
     bool IsDescending = false;
@@ -104,17 +111,20 @@ struct Insert {
     std::vector<Expression> Values;
 };
 
+/// One "column = value" of an UPDATE.
 struct Assignment {
     QStringView Column;
     Expression Value;
 };
 
+/// No Where: every row.
 struct Update {
     QStringView Table;
     std::vector<Assignment> Assignments;
     std::optional<Expression> Where;
 };
 
+/// No Where: every row.
 struct Delete {
     QStringView Table;
     std::optional<Expression> Where;

@@ -17,6 +17,7 @@ class Clock;
 
 namespace engine::sqlite {
 
+/// Finalizes a statement.
 struct StatementCloser {
     void operator()(sqlite3_stmt* statement) const;
 };

@@ -12,6 +12,7 @@ struct UsedNames {
     QStringList Tables;
     QStringList Columns;
 };
+/// As written, in the order of the statement; one that stands twice comes twice.
 [[nodiscard]] UsedNames CollectNames(const sql::Statement& statement);
 
 }  // namespace engine::sqlite

@@ -36,6 +36,8 @@ public:
     /// Where the cells of a row begin in the run of bytes; `cells` gets one entry a column, hidden ones
     /// included.
     void Locate(std::size_t row, std::vector<std::size_t>* cells) const;
+    /// The value of a cell that Locate found, by its column's type; null, bool, qint64, double, QString or
+    /// QDateTime.
     [[nodiscard]] QVariant Value(std::size_t cell, int column) const;
     /// The value as text; the empty text for a null.
     [[nodiscard]] QString Text(std::size_t cell, int column) const;

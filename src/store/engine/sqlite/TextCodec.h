@@ -11,6 +11,7 @@
 /// only that shows a replacement character for the others. NUL is a character like any other.
 namespace engine::sqlite {
 
+/// The bytes that a file gets; DecodeText gives the same text back.
 [[nodiscard]] QByteArray EncodeText(QStringView text);
 /// Bytes that are no UTF-8 at all become replacement characters.
 [[nodiscard]] QString DecodeText(QByteArrayView bytes);
