@@ -36,11 +36,14 @@ public:
     /// The letters count only while the tab "*" is selected, and look so.
     void ShowWhatCounts();
 
+    /// As PhonebookArea::InitAlphaTabs.
     void InitAlphaTabs();
     /// A step that fails is logged as "InitGrouptabs_Error : ", and the tabs that could be made are there.
     void InitGroupTabs();
+    /// Writes the order of the group tabs to the settings.
     void SaveTabOrder();
 
+    /// The menu of the tab that was clicked, at a global position; runs the entry chosen.
     void ShowTabMenu(const QPoint& position);
     /// Asks for a name and makes a group; its tab comes in front of the last one. The arguments tell where
     /// the request came from and move nothing: the dialog stands where the mouse is by now.

@@ -24,9 +24,11 @@ public:
     virtual void DropSplash() = 0;
     /// False if the user did not finish the setup: the program then ends.
     [[nodiscard]] virtual bool RunSetupWizard() = 0;
+    /// However it ends, the start goes on.
     virtual void RunPhonebookWizard() = 0;
     /// Loads the main window, which fills itself.
     virtual void LoadMain() = 0;
+    /// What has become of the main window by now.
     [[nodiscard]] virtual MainState StateOfMain() const = 0;
     /// 0 without a main window.
     [[nodiscard]] virtual WindowHandle MainHandle() const = 0;

@@ -16,6 +16,7 @@ class QObject;
 /// arrives as the plain key.
 class KeyRepeats {
 public:
+    /// Hands an event to its receiver, as QApplication::notify does.
     using Delivery = std::function<bool(QObject* receiver, QEvent* event)>;
 
     /// Hands the event on, marked if it is a repeat. What the delivery returned.

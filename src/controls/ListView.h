@@ -55,6 +55,7 @@ Q_SIGNALS:
     void ItemClicked(const QString& key);
     /// Empty key when no row is under the mouse.
     void ItemDoubleClicked(const QString& key);
+    /// Enter or Return; the repeats of a key that is held down are not told.
     void EnterPressed();
     void DeletePressed();
     /// The right button was released, or the menu key pressed; global position.

@@ -32,6 +32,7 @@ public:
     [[nodiscard]] int Count() const { return static_cast<int>(m_tabs.size()); }
     /// Caption and tag of a tab; `position` is not checked.
     [[nodiscard]] QString Caption(int position) const { return m_tabs[position].Caption; }
+    /// Texts that a caller keeps with a tab: the caption is shown, the tag is not.
     void SetCaption(int position, const QString& caption);
     [[nodiscard]] QString Tag(int position) const { return m_tabs[position].Tag; }
     void SetTag(int position, const QString& tag);

@@ -12,6 +12,7 @@
 class LocalFiles {
 public:
     virtual ~LocalFiles() = default;
+    /// Whether there is a file of that name; a folder does not count.
     [[nodiscard]] virtual bool Exists(const QString& path) const = 0;
     /// Length in bytes; -1 if there is no such file.
     [[nodiscard]] virtual qint64 Size(const QString& path) const = 0;

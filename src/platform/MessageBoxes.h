@@ -2,8 +2,11 @@
 
 #include <QString>
 
+/// The picture beside the text.
 enum class BoxIcon { None, Information, Question, Critical };
+/// Which answers the box offers.
 enum class BoxButtons { Ok, YesNo };
+/// The button that was pressed.
 enum class BoxAnswer { Ok, Yes, No };
 
 /// One box as a module asks for it. Line breaks in `Text` are CR LF or LF.
@@ -21,5 +24,6 @@ struct BoxRequest {
 class MessageBoxes {
 public:
     virtual ~MessageBoxes() = default;
+    /// Returns when the box is answered or dismissed.
     virtual BoxAnswer Show(const BoxRequest& request) = 0;
 };

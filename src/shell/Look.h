@@ -6,6 +6,7 @@
 /// The program's look: one widget style and two palettes, light and dark, out of which every colour is taken.
 namespace Look {
 
+/// Dark text on light, or light text on dark.
 enum class Scheme { Light, Dark };
 
 /// Dark where the desktop's windows are dark.

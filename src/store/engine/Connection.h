@@ -35,9 +35,12 @@ public:
     /// Set before Open.
     qint32 Mode = engine::Mode::ReadShared;
 
+    /// Open only between a successful Open and Close.
     [[nodiscard]] virtual State ConnectionState() const = 0;
     /// `filename` in this program's form (either separator, drive letters): passed through NativePath.
     virtual void Open(const QString& filename) = 0;
+    /// Ends the connection; an open transaction is rolled back, and recordsets can only
+    /// be read from then on. Throws Failure if there is none.
     virtual void Close() = 0;
 
     /// Runs one statement. Returns the rows of one that has rows, otherwise none. `rowsAffected`, if given,
@@ -58,6 +61,7 @@ public:
     [[nodiscard]] virtual QStringList TableNames() = 0;
     /// Dynamic properties by name; an engine keeps those that it does not know.
     virtual void SetProperty(const QString& name, const QVariant& value) = 0;
+    /// An invalid value for one that was never set.
     [[nodiscard]] virtual QVariant Property(const QString& name) const = 0;
 
     /// What the latest call failed with; empty after one that succeeded.
@@ -68,6 +72,7 @@ public:
 class ConnectionFactory {
 public:
     virtual ~ConnectionFactory() = default;
+    /// A closed one.
     [[nodiscard]] virtual std::unique_ptr<Connection> NewConnection() = 0;
     /// Writes a compacted copy of the database `source` to the new file `destination`. Throws Failure.
     virtual void CompactDatabase(const QString& source, const QString& destination) = 0;

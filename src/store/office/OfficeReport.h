@@ -19,6 +19,7 @@ struct NumberUse {
     static constexpr qint64 Near = Limit * 9 / 10;
 
     [[nodiscard]] qint64 Left() const { return Last < Limit ? Limit - Last : 0; }
+    /// How much of the limit is used up; beyond 100 for a number past it.
     [[nodiscard]] double Percent() const {
         return 100.0 * static_cast<double>(Last) / static_cast<double>(Limit);
     }

@@ -27,6 +27,7 @@ public:
     /// contacts.
     static constexpr int FailingContacts = 3;
 
+    /// What to invent: how many contacts, and the seed of everything that is drawn by chance.
     struct Plan {
         int Contacts = DefaultContacts;  // 0 to MaxContacts
         quint32 Seed = 20260307;

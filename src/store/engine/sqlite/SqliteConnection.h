@@ -36,6 +36,7 @@ public:
 
     /// Takes the write lock at once.
     void BeginTrans();
+    /// These and TableNames as the routines of Connection.
     void CommitTrans();
     void RollbackTrans();
     [[nodiscard]] QStringList TableNames();
