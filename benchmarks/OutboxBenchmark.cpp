@@ -55,7 +55,7 @@ void Fill(ContactList& recipients, BenchComposition& composition) {
 
 /// A fresh outbox for each run: both sides write into a file of the same size.
 QString FreshOutbox(const QTemporaryDir& folder, const QString& name) {
-    const QString file = folder.filePath(name);
+    QString file = folder.filePath(name);
     QFile::remove(file);
     QFile::remove(file + QStringLiteral("-journal"));
     OfficeFiles::CreateOutboxFile(file);

@@ -17,6 +17,16 @@ if(CCACHE_PROGRAM)
   set(CMAKE_C_COMPILER_LAUNCHER "${launcher}")
 endif()
 
+if(CMAKE_CXX_CLANG_TIDY)
+  # The rules are a part of the command, so that a change of them looks at every file again.
+  file(SHA256 "${CMAKE_SOURCE_DIR}/.clang-tidy" rules)
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/.clang-tidy")
+  list(APPEND CMAKE_CXX_CLANG_TIDY "--extra-arg=-DLARKSPAN_TIDY_RULES=${rules}")
+  # What Qt's generators write is not ours to mend; clang-tidy needs one check left to run at all.
+  file(GENERATE OUTPUT "${CMAKE_BINARY_DIR}/.clang-tidy"
+    CONTENT "Checks: '-*,readability-misleading-indentation'\n")
+endif()
+
 add_library(larkspan_flags INTERFACE)
 target_compile_definitions(larkspan_flags INTERFACE
   QT_NO_CAST_FROM_ASCII

@@ -35,7 +35,7 @@ bool IsDriveOrShare(const QString& path) {
 CommandLine::CommandLine(const QStringList& arguments) {
     QStringList others;
     for (qsizetype index = 0; index < arguments.size(); ++index) {
-        const QString argument = arguments[index];
+        const QString& argument = arguments[index];
         QString value;
         if (argument == QStringLiteral("--help") || argument == QStringLiteral("-h")) {
             IsHelp = true;

@@ -9,6 +9,8 @@
 #include <QPixmapCache>
 #include <QSvgRenderer>
 
+#include <utility>
+
 // A static library's resources are linked only when they are asked for, and the macro works in no namespace.
 static void InitIconResource() {
     Q_INIT_RESOURCE(icons);
@@ -36,7 +38,8 @@ QColor ColourOf(QIcon::Mode mode) {
 /// Renders one drawing in the colour of the moment.
 class PaletteIconEngine final : public QIconEngine {
 public:
-    PaletteIconEngine(const QString& name, const QByteArray& drawing) : m_name(name), m_drawing(drawing) {}
+    PaletteIconEngine(QString name, QByteArray drawing)
+        : m_name(std::move(name)), m_drawing(std::move(drawing)) {}
 
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
         const QColor colour = ColourOf(mode);

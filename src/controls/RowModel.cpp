@@ -3,7 +3,6 @@
 #include <QSet>
 
 #include <algorithm>
-#include <ranges>
 #include <utility>
 
 namespace {
@@ -192,7 +191,7 @@ void RowModel::RemoveKeys(const QStringList& keys) {
     }
     std::sort(doomed.begin(), doomed.end());
     doomed.erase(std::unique(doomed.begin(), doomed.end()), doomed.end());
-    const QList<Run> runs = RunsOf(doomed);
+    QList<Run> runs = RunsOf(doomed);
     if (runs.size() > MaxRunNotices) {
         beginResetModel();
         QStringList keptKeys;
@@ -214,7 +213,8 @@ void RowModel::RemoveKeys(const QStringList& keys) {
         endResetModel();
         return;
     }
-    for (const Run& run : std::ranges::reverse_view(runs)) {
+    while (!runs.isEmpty()) {
+        const Run run = runs.takeLast();
         beginRemoveRows({}, run.First, run.Last);
         m_keys.remove(run.First, run.Last - run.First + 1);
         m_made.erase(m_made.begin() + run.First, m_made.begin() + run.Last + 1);

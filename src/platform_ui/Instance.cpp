@@ -106,7 +106,7 @@ bool LocalInstance::RequestShow() {
 }
 
 QString LocalInstance::RuntimeFolder() {
-    const QString given = qEnvironmentVariable("XDG_RUNTIME_DIR");
+    QString given = qEnvironmentVariable("XDG_RUNTIME_DIR");
     if (!given.isEmpty() && IsOwnFolder(given)) {
         return given;
     }

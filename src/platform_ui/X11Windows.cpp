@@ -79,7 +79,7 @@ QList<WindowHandle> X11Windows::EnumWindows() const {
     if (xcb_ewmh_get_client_list_reply(&m_server->Ewmh, cookie, &reply, nullptr) == 0) {
         return Children(m_server->Root());  // no window manager keeps a list
     }
-    const QList<WindowHandle> windows(reply.windows, reply.windows + reply.windows_len);
+    QList<WindowHandle> windows(reply.windows, reply.windows + reply.windows_len);
     xcb_ewmh_get_windows_reply_wipe(&reply);
     return windows;
 }

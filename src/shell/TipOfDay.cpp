@@ -19,6 +19,8 @@
 #include <QLabel>
 #include <QPushButton>
 
+#include <utility>
+
 namespace {
 
 const QString Section = QStringLiteral("Tip");
@@ -29,10 +31,10 @@ constexpr QSize TipSize(360, 110);
 
 }  // namespace
 
-TipOfDay::TipOfDay(const QStringList& tips, const QString& company, const QString& application,
-                   Settings& settings, QWidget* parent)
+TipOfDay::TipOfDay(QStringList tips, const QString& company, const QString& application, Settings& settings,
+                   QWidget* parent)
     : QDialog(parent),
-      m_tips(tips),
+      m_tips(std::move(tips)),
       m_settings(settings),
       m_lblTip(new QLabel(this)),
       m_chkShowAtStartup(new QCheckBox(QStringLiteral("&Show tips at start-up"), this)) {

@@ -16,7 +16,7 @@ class TipOfDay final : public QDialog {
     Q_OBJECT
 public:
     /// `company` and `application` are named above the tip. `tips` is not empty.
-    TipOfDay(const QStringList& tips, const QString& company, const QString& application, Settings& settings,
+    TipOfDay(QStringList tips, const QString& company, const QString& application, Settings& settings,
              QWidget* parent = nullptr);
 
     /// Shows the dialog if a file tips.txt came with the program or lies in the application's folder, and if

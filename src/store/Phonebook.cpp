@@ -103,7 +103,7 @@ bool WriteAlphaKeys(engine::Recordset& row) {
 namespace mdlPhonebook {
 
 QString GetPhonebookPath(const Settings& settings) {
-    const QString contacts = settings.GetValue(SettingNames::SectionDB, SettingNames::Contacts, QString());
+    QString contacts = settings.GetValue(SettingNames::SectionDB, SettingNames::Contacts, QString());
     if (!contacts.isEmpty()) {
         return contacts;
     }

@@ -139,7 +139,7 @@ protected:
     }
     /// The same, and a recipient.
     QString AddRecipient(qint16 id, const QString& surname, bool isConfirmSend = false) {
-        const QString key = ShowContact(id, surname, QStringLiteral("Ann"), isConfirmSend);
+        QString key = ShowContact(id, surname, QStringLiteral("Ann"), isConfirmSend);
         Area->AddKeysToRecipients({key});
         Area->UpdateStateDisplay();
         return key;

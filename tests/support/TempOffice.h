@@ -39,8 +39,8 @@ public:
     [[nodiscard]] DBServices Database();
     [[nodiscard]] OutboxServices& Outbox() { return m_outbox; }
     [[nodiscard]] PhonebookServices& Phonebook() { return m_phonebook; }
-    [[nodiscard]] DB& OutboxDB() { return *OutboxValues.OutboxDB; }
-    [[nodiscard]] DB& PhonebookDB() { return *PhonebookValues.PhonebookDB; }
+    [[nodiscard]] DB& OutboxDB() const { return *OutboxValues.OutboxDB; }
+    [[nodiscard]] DB& PhonebookDB() const { return *PhonebookValues.PhonebookDB; }
 
     [[nodiscard]] QString OutboxPath() const {
         return DataFolder.filePath(QStringLiteral("smsmessages.mdb"));

@@ -44,7 +44,7 @@ QString TakeValue(const CommandOption& option, const QStringList& arguments, qsi
 }
 
 QString Form(const CommandOption& option) {
-    const QString name = QStringLiteral("  --") + option.Name;
+    QString name = QStringLiteral("  --") + option.Name;
     if (option.Value.isEmpty()) {
         return name;
     }

@@ -91,7 +91,7 @@ QString OutboxOf(const CommandLine& line) {
     if (line.Arguments.size() > 1) {
         throw CommandLineError(QStringLiteral("only one FOLDER, not also \"%1\"").arg(line.Arguments[1]));
     }
-    const QString file = NativePath(mdlOutbox::OutboxFile(line.Arguments.constFirst()));
+    QString file = NativePath(mdlOutbox::OutboxFile(line.Arguments.constFirst()));
     if (!QFileInfo(file).isFile()) {
         throw std::runtime_error(QStringLiteral("there is no outbox %1").arg(file).toStdString());
     }

@@ -27,6 +27,10 @@ constexpr qint32 ObjectIsOpen = static_cast<qint32>(0x800A0E79U);
                   systemError);
 }
 
+Failure OutOfMemory() {
+    return {Number::SystemResources, QStringLiteral("Not enough memory.")};
+}
+
 struct stat StatusOf(const QString& path) {
     struct stat status {};
     if (path.isEmpty() || ::stat(QFile::encodeName(path).constData(), &status) != 0) {
@@ -123,9 +127,8 @@ auto FileConnection::Run(Step step) {
         }
         throw;
     } catch (const std::bad_alloc&) {
-        const Failure failure(Number::SystemResources, QStringLiteral("Not enough memory."));
-        m_errors.append(failure.Item());
-        throw failure;
+        m_errors.append(OutOfMemory().Item());
+        throw OutOfMemory();
     }
 }
 
@@ -211,10 +214,11 @@ struct FileConnectionFactory::Parts {
 FileConnectionFactory::FileConnectionFactory() {
     auto clock = std::make_unique<SystemClock>();
     Clock& time = *clock;
-    m_parts.reset(new Parts{std::move(clock), time, {}});
+    m_parts = std::make_unique<Parts>(Parts{std::move(clock), time, {}});
 }
 
-FileConnectionFactory::FileConnectionFactory(Clock& clock) : m_parts(new Parts{nullptr, clock, {}}) {}
+FileConnectionFactory::FileConnectionFactory(Clock& clock)
+    : m_parts(std::make_unique<Parts>(Parts{nullptr, clock, {}})) {}
 
 FileConnectionFactory::~FileConnectionFactory() = default;
 

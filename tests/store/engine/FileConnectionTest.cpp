@@ -23,7 +23,7 @@ protected:
     engine::FileConnectionFactory Factory{Time};
 
     [[nodiscard]] QString Write(const QByteArray& bytes) const {
-        const QString path = Folder.filePath(QStringLiteral("file.mdb"));
+        QString path = Folder.filePath(QStringLiteral("file.mdb"));
         QFile file(path);
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));
         file.write(bytes);

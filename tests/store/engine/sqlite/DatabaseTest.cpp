@@ -26,7 +26,7 @@ protected:
         EXPECT_EQ(code, SQLITE_OK);
         EXPECT_EQ(database.Step(statement.Handle.get()), SQLITE_ROW);
         const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement.Handle.get(), 0));
-        const std::string value = text != nullptr ? text : "NULL";
+        std::string value = text != nullptr ? text : "NULL";
         database.GiveBack(std::move(statement));
         return value;
     }
