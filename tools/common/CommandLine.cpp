@@ -58,7 +58,7 @@ CommandLine CommandLine::Parse(const QStringList& arguments, const QList<Command
     CommandLine line;
     bool isOptionsOver = false;
     for (qsizetype index = 0; index < arguments.size(); ++index) {
-        const QString argument = arguments[index];
+        const QString& argument = arguments[index];
         if (isOptionsOver || !argument.startsWith(u'-') || argument == u"-") {
             line.Arguments.append(argument);
         } else if (argument == u"--") {

@@ -13,8 +13,8 @@
 
 namespace {
 
-std::runtime_error Trouble(const QString& path) {
-    const QString reason = QString::fromLocal8Bit(std::strerror(errno));
+std::runtime_error Trouble(const QString& path, int systemError) {
+    const QString reason = QString::fromLocal8Bit(std::strerror(systemError));
     return std::runtime_error(QStringLiteral("%1 cannot be locked: %2").arg(path, reason).toStdString());
 }
 
@@ -24,12 +24,12 @@ GatewayLock::GatewayLock(const QString& folder) {
     const QString path = QDir(NativePath(folder)).filePath(FileName);
     m_descriptor = open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
     if (m_descriptor < 0) {
-        throw Trouble(path);
+        throw Trouble(path, errno);
     }
     if (!Set(F_RDLCK, F_OFD_SETLKW)) {
-        const auto trouble = Trouble(path);
+        const int reason = errno;
         close(m_descriptor);
-        throw trouble;
+        throw Trouble(path, reason);
     }
 }
 
@@ -37,16 +37,16 @@ GatewayLock::~GatewayLock() {
     close(m_descriptor);
 }
 
-bool GatewayLock::TryAlone() {
+bool GatewayLock::TryAlone() const {
     return Set(F_WRLCK, F_OFD_SETLK);
 }
 
-void GatewayLock::Share() {
+void GatewayLock::Share() const {
     // Giving up a part of a lock that is held does not wait for anybody.
     static_cast<void>(Set(F_RDLCK, F_OFD_SETLK));
 }
 
-bool GatewayLock::Set(short type, int command) {
+bool GatewayLock::Set(short type, int command) const {
     // Locks of the open file, not of the process: they are not lost when another descriptor of the file is
     // closed, and turning a share into the whole is one step that leaves the share where it fails.
     struct flock lock {};

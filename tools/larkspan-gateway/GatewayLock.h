@@ -15,14 +15,14 @@ public:
     GatewayLock& operator=(const GatewayLock&) = delete;
 
     /// True if no other gateway is at work here; then none can start until Share is called.
-    [[nodiscard]] bool TryAlone();
+    [[nodiscard]] bool TryAlone() const;
     /// Back to a share of the lock; see TryAlone.
-    void Share();
+    void Share() const;
 
     inline static const QString FileName = QStringLiteral("smsgateway.lock");
 
 private:
-    [[nodiscard]] bool Set(short type, int command);
+    [[nodiscard]] bool Set(short type, int command) const;
 
     int m_descriptor = -1;
 };

@@ -14,8 +14,8 @@ constexpr qint32 ObjectIsClosed = static_cast<qint32>(0x800A0E78U);
 
 SqliteRecordset::SqliteRecordset(Rows rows) : m_rows(std::move(rows)) {}
 
-SqliteRecordset::SqliteRecordset(Rows rows, RowWriter* writer, const QString& table)
-    : m_rows(std::move(rows)), m_writer(writer), m_table(table), m_isWritable(true) {}
+SqliteRecordset::SqliteRecordset(Rows rows, RowWriter* writer, QString table)
+    : m_rows(std::move(rows)), m_writer(writer), m_table(std::move(table)), m_isWritable(true) {}
 
 SqliteRecordset::~SqliteRecordset() {
     if (m_writer != nullptr) {

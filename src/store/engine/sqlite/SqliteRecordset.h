@@ -28,7 +28,7 @@ class SqliteRecordset final : public Recordset {
 public:
     explicit SqliteRecordset(Rows rows);
     /// A set that can be written: its last, hidden column is the row's identity in `table`.
-    SqliteRecordset(Rows rows, RowWriter* writer, const QString& table);
+    SqliteRecordset(Rows rows, RowWriter* writer, QString table);
     ~SqliteRecordset() override;
     SqliteRecordset(const SqliteRecordset&) = delete;
     SqliteRecordset& operator=(const SqliteRecordset&) = delete;

@@ -89,7 +89,7 @@ QString DecodeText(QByteArrayView bytes) {
     qsizetype start = 0;
     while (surrogate >= 0) {
         text.append(FromUtf8(bytes.sliced(start, surrogate - start)));
-        const ushort unit =
+        const auto unit =
             static_cast<ushort>(0xD000 | ((static_cast<uchar>(bytes[surrogate + 1]) & 0x3F) << 6) |
                                 (static_cast<uchar>(bytes[surrogate + 2]) & 0x3F));
         text.append(QChar(unit));
