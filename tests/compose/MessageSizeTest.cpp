@@ -46,7 +46,7 @@ TEST(MessageSize, AnEmptyMessageWithAnEmptyTail) {
 }
 
 TEST(MessageSize, AMaximumBelow160BehavesAs160) {
-    for (const qint16 maximum : {0, 100, 159, -1, 160}) {
+    for (const qint16 maximum : std::initializer_list<qint16>{0, 100, 159, -1, 160}) {
         EXPECT_EQ(MessageSize::Measure(QString(), ShortTail, maximum).Available, 156) << maximum;
     }
     EXPECT_EQ(MessageSize::Measure(QString(), ShortTail, 161).Available, 157);
