@@ -3,7 +3,8 @@
 #include <QProxyStyle>
 
 /// The plain style of the toolkit with a focus ring that is seen: a line of two pixels in the accent colour
-/// around flat buttons and list rows, which would otherwise show the keyboard's place by a shade.
+/// around flat buttons and list rows, which would otherwise show the keyboard's place by a shade. The button
+/// that Enter presses has an outline in that colour.
 class FocusStyle final : public QProxyStyle {
     Q_OBJECT
 public:
@@ -13,4 +14,6 @@ public:
                        const QWidget* widget) const override;
     [[nodiscard]] int pixelMetric(PixelMetric metric, const QStyleOption* option,
                                   const QWidget* widget) const override;
+    [[nodiscard]] int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                                QStyleHintReturn* data) const override;
 };

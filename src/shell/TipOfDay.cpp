@@ -77,4 +77,14 @@ void TipOfDay::ShowNextTip() {
     m_ui->lblTip->setText(m_tips[tip]);
     m_ui->lblTip->setAccessibleName(m_tips[tip]);
     m_settings.SetValue(Section, NextKey, QString::number((tip + 1) % m_tips.size()));
+    GrowToTip();
+}
+
+void TipOfDay::GrowToTip() {
+    // The layout keeps the dialog from being too small only for texts that are not wrapped.
+    layout()->activate();
+    const int needed = layout()->totalHeightForWidth(width());
+    if (needed > height()) {
+        resize(width(), needed);
+    }
 }

@@ -35,6 +35,7 @@ public:
 
 private:
     void ShowNextTip();
+    void GrowToTip();
 
     std::unique_ptr<Ui::TipOfDay> m_ui;
     QStringList m_tips;
