@@ -10,10 +10,59 @@
 #include <QScreen>
 #include <QTest>
 #include <QTimer>
+#include <QWindow>
+
+#include <algorithm>
+#include <utility>
 
 namespace {
 
 constexpr int DialogPatience = 20000;
+constexpr int SettlePatience = 5000;
+/// Turns of the event loop without a change after which nothing more is on its way.
+constexpr int QuietTurns = 3;
+
+/// Notes the events by which windows change what they show.
+class ChangeWatch final : public QObject {
+public:
+    ChangeWatch() { QCoreApplication::instance()->installEventFilter(this); }
+    [[nodiscard]] bool TakeChanged() { return std::exchange(m_isChanged, false); }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        switch (event->type()) {
+            case QEvent::Paint:
+            case QEvent::UpdateRequest:
+            case QEvent::LayoutRequest:
+            case QEvent::Expose:
+            case QEvent::Resize:
+            case QEvent::Move:
+            case QEvent::Show:
+            case QEvent::Hide:
+            case QEvent::WindowActivate:
+            case QEvent::WindowDeactivate:
+                m_isChanged = true;
+                break;
+            default:
+                break;
+        }
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    bool m_isChanged = false;
+};
+
+/// True when the window manager has put every window of ours on the screen, and an open dialog in front.
+bool AreWindowsThere() {
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    const bool isAllThere = std::all_of(windows.cbegin(), windows.cend(), [](const QWidget* window) {
+        return !window->isVisible() || window->isMinimized() || window->windowHandle() == nullptr ||
+               window->windowHandle()->isExposed();
+    });
+    const QWidget* const dialog = QApplication::activeModalWidget();
+    return isAllThere && (dialog == nullptr || dialog->isActiveWindow());
+}
 
 /// Windows from the front: the modal one, the active one, then the others.
 QWidgetList WindowsFromTheFront() {
@@ -155,7 +204,16 @@ void Driver::WhenDialog(const QString& name, std::function<void()> answer) {
 }
 
 void Driver::Settle() {
-    QTest::qWait(150);
+    ChangeWatch watch;
+    QElapsedTimer patience;
+    patience.start();
+    for (int quietTurns = 0; quietTurns < QuietTurns;) {
+        if (patience.elapsed() > SettlePatience) {
+            throw DriverError(QStringLiteral("the windows do not come to rest"));
+        }
+        QGuiApplication::sync();  // what the screen has to say is here when it returns
+        quietTurns = watch.TakeChanged() || !AreWindowsThere() ? 0 : quietTurns + 1;
+    }
 }
 
 void Driver::Picture(const QString& name) const {

@@ -54,7 +54,7 @@ public:
     static void WaitFor(const QString& what, const std::function<bool()>& condition, int seconds = 20);
     /// When a dialog of this name is next in front, does this with it.
     static void WhenDialog(const QString& name, std::function<void()> answer);
-    /// Lets the window paint what it has to.
+    /// Lets the windows come and paint what they have to, until nothing changes any more.
     static void Settle();
 
     /// The whole screen, as "NAME.png" in the picture folder; nothing without a folder.
