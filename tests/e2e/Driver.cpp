@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QMenu>
 #include <QPixmap>
 #include <QScreen>
 #include <QTest>
@@ -18,6 +19,7 @@
 namespace {
 
 constexpr int DialogPatience = 20000;
+const QString WatchName = QStringLiteral("DriverWatch");
 constexpr int SettlePatience = 5000;
 /// Turns of the event loop without a change after which nothing more is on its way.
 constexpr int QuietTurns = 3;
@@ -99,6 +101,28 @@ QPoint TabPoint(const TabControl& tabs, const QString& caption) {
         }
     }
     throw DriverError(QStringLiteral("no tab \"%1\" in %2").arg(caption, tabs.objectName()));
+}
+
+/// Looks again and again, in whatever event loop is running, and does `answer` once.
+void WhenInFront(std::function<bool()> isThere, std::function<void()> answer) {
+    auto* watch = new QTimer(qApp);
+    watch->setObjectName(WatchName);
+    watch->setInterval(20);
+    QElapsedTimer patience;
+    patience.start();
+    QObject::connect(watch, &QTimer::timeout, watch,
+                     [watch, patience, isThere = std::move(isThere), answer = std::move(answer)] {
+                         const bool isNow = isThere();
+                         if (isNow || patience.elapsed() > DialogPatience) {
+                             watch->stop();
+                             watch->deleteLater();
+                         }
+                         if (isNow) {
+                             Driver::Settle();
+                             answer();
+                         }
+                     });
+    watch->start();
 }
 
 }  // namespace
@@ -184,23 +208,22 @@ void Driver::WaitFor(const QString& what, const std::function<bool()>& condition
 }
 
 void Driver::WhenDialog(const QString& name, std::function<void()> answer) {
-    auto* watch = new QTimer(qApp);
-    watch->setInterval(20);
-    QElapsedTimer patience;
-    patience.start();
-    QObject::connect(watch, &QTimer::timeout, watch, [watch, name, patience, answer = std::move(answer)] {
-        const QWidget* dialog = QApplication::activeModalWidget();
-        const bool isThere = dialog != nullptr && dialog->objectName() == name && dialog->isVisible();
-        if (isThere || patience.elapsed() > DialogPatience) {
-            watch->stop();
-            watch->deleteLater();
-        }
-        if (isThere) {
-            Settle();
-            answer();
-        }
-    });
-    watch->start();
+    WhenInFront(
+        [name] {
+            const QWidget* const dialog = QApplication::activeModalWidget();
+            return dialog != nullptr && dialog->objectName() == name && dialog->isVisible();
+        },
+        std::move(answer));
+}
+
+void Driver::WhenMenu(std::function<void(QMenu&)> answer) {
+    const auto menu = [] { return qobject_cast<QMenu*>(QApplication::activePopupWidget()); };
+    WhenInFront([menu] { return menu() != nullptr && menu()->isVisible(); },
+                [menu, answer = std::move(answer)] { answer(*menu()); });
+}
+
+void Driver::StopWatching() {
+    qDeleteAll(qApp->findChildren<QTimer*>(WatchName, Qt::FindDirectChildrenOnly));
 }
 
 void Driver::Settle() {
