@@ -60,10 +60,16 @@ QColor LineOf(const QPalette& palette) {
     return palette.color(distance(QPalette::Dark) > distance(QPalette::Mid) ? QPalette::Dark : QPalette::Mid);
 }
 
-void DrawBox(const QStyleOption& option, QPainter& painter) {
-    painter.setPen(LineOf(option.palette));
-    painter.setBrush(option.palette.color(QPalette::Base));
-    painter.drawRoundedRect(QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5), Corner / 2, Corner / 2);
+/// The line around a field tells whoever came there by mouse as well that it takes the keys.
+QColor FieldLineOf(const QStyleOption& option) {
+    return option.state.testFlag(QStyle::State_HasFocus) ? option.palette.color(QPalette::Link)
+                                                         : LineOf(option.palette);
+}
+
+void DrawBox(const QRect& place, const QColor& line, const QBrush& ground, QPainter& painter) {
+    painter.setPen(line);
+    painter.setBrush(ground);
+    painter.drawRoundedRect(QRectF(place).adjusted(0.5, 0.5, -0.5, -0.5), Corner / 2, Corner / 2);
 }
 
 }  // namespace
@@ -76,14 +82,17 @@ void FocusStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opt
     const bool isFlat = button != nullptr && button->features.testFlag(QStyleOptionButton::Flat);
     const bool isButton = element == PE_PanelButtonCommand;
     const bool isArea = element == PE_Frame && qobject_cast<const QAbstractScrollArea*>(widget) != nullptr;
-    const bool isBox = element == PE_FrameLineEdit && !option->state.testFlag(State_HasFocus);
+    const bool isBox = element == PE_FrameLineEdit;
     if (element != PE_FrameFocusRect && !isBox && (!isButton || isFlat)) {
         QProxyStyle::drawPrimitive(element, option, painter, widget);
     }
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
     if (isBox) {
-        DrawBox(*option, *painter);
+        DrawBox(option->rect, FieldLineOf(*option), option->palette.base(), *painter);
+    }
+    if (element == PE_IndicatorCheckBox || element == PE_IndicatorItemViewItemCheck) {
+        DrawBox(option->rect, LineOf(option->palette), QBrush(), *painter);
     }
     if (isButton && !isFlat) {
         const bool isDefault = option->state.testFlag(State_Enabled) && button != nullptr &&
@@ -94,6 +103,19 @@ void FocusStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opt
         DrawFocusRing(*option, *painter);
     }
     painter->restore();
+}
+
+void FocusStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
+                                    QPainter* painter, const QWidget* widget) const {
+    QProxyStyle::drawComplexControl(control, option, painter, widget);
+    const auto* combo = qstyleoption_cast<const QStyleOptionComboBox*>(option);
+    const bool isField = control == CC_SpinBox || (combo != nullptr && combo->editable);
+    if (isField) {
+        painter->save();
+        painter->setRenderHint(QPainter::Antialiasing);
+        DrawBox(option->rect, FieldLineOf(*option), QBrush(), *painter);
+        painter->restore();
+    }
 }
 
 int FocusStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {

@@ -15,6 +15,8 @@
 #include "platform/SuppliedFiles.h"
 #include "ui_TipOfDay.h"
 
+#include <QEvent>
+
 namespace {
 
 const QString Section = QStringLiteral("Tip");
@@ -30,8 +32,7 @@ TipOfDay::TipOfDay(const QStringList& tips, const QString& company, const QStrin
     m_ui->setupUi(this);
     FormTools::ExpandPlaceholders(*this, year);
     FormTools::KeepTitleWhole(*this);
-    m_ui->imgTip->setPixmap(
-        Icons::Get(QStringLiteral("info")).pixmap(QSize(PictureSide, PictureSide), devicePixelRatioF()));
+    ShowPicture();
     m_ui->lblHead->setText(company + u' ' + application);
     m_ui->chkShowAtStartup->setChecked(IsWanted(settings));
     connect(m_ui->cmdNextTip, &QAbstractButton::clicked, this, &TipOfDay::ShowNextTip);
@@ -78,6 +79,18 @@ void TipOfDay::ShowNextTip() {
     m_ui->lblTip->setAccessibleName(m_tips[tip]);
     m_settings.SetValue(Section, NextKey, QString::number((tip + 1) % m_tips.size()));
     GrowToTip();
+}
+
+void TipOfDay::ShowPicture() {
+    m_ui->imgTip->setPixmap(
+        Icons::Get(QStringLiteral("info")).pixmap(QSize(PictureSide, PictureSide), devicePixelRatioF()));
+}
+
+bool TipOfDay::event(QEvent* event) {
+    if (event->type() == QEvent::ApplicationPaletteChange) {
+        ShowPicture();
+    }
+    return QDialog::event(event);
 }
 
 void TipOfDay::GrowToTip() {

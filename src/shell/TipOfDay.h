@@ -33,7 +33,11 @@ public:
     /// The lines of a tip file that hold a tip: blank ones do not.
     [[nodiscard]] static QStringList TipsOf(const QString& fileText);
 
+protected:
+    bool event(QEvent* event) override;
+
 private:
+    void ShowPicture();
     void ShowNextTip();
     void GrowToTip();
 

@@ -3,9 +3,13 @@
 #include "controls/ListView.h"
 #include "shell/AlertStrip.h"
 
+#include <QCheckBox>
 #include <QGroupBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
+#include <QStyleOptionButton>
+#include <QTimeEdit>
 
 #include <gtest/gtest.h>
 
@@ -130,6 +134,30 @@ TEST(Look, TheWarningCanBeReadInBothPalettes) {
         EXPECT_GE(Look::Contrast(label->palette().color(QPalette::ButtonText),
                                  strip.palette().color(QPalette::Window)),
                   4.5);
+    }
+    Look::Apply(Q("light"));
+}
+
+TEST(Look, FieldsAndTicksHaveAnOutlineThatIsSeenInBothPalettes) {
+    for (const char* scheme : {"light", "dark"}) {
+        Look::Apply(Q(scheme));
+        QWidget form;
+        QLineEdit line(&form);
+        QTimeEdit time(&form);
+        QCheckBox tick(&form);
+        form.show();
+        for (QWidget* field :
+             {static_cast<QWidget*>(&line), static_cast<QWidget*>(&time), static_cast<QWidget*>(&tick)}) {
+            field->adjustSize();
+            QStyleOptionButton option;
+            option.initFrom(&tick);
+            const QRect place =
+                field == &tick ? tick.style()->subElementRect(QStyle::SE_CheckBoxIndicator, &option, &tick)
+                               : field->rect();
+            const QColor edge = field->grab().toImage().pixelColor(place.left(), place.center().y());
+            EXPECT_GE(Look::Contrast(edge, form.palette().color(QPalette::Window)), 1.5)
+                << field->metaObject()->className() << ' ' << scheme;
+        }
     }
     Look::Apply(Q("light"));
 }

@@ -18,6 +18,8 @@
 namespace {
 
 constexpr int Fineness = 4;
+constexpr double TextContrast = 4.5;
+constexpr double PictureContrast = 3;
 /// What the frame of a button or of a box takes, with its focus ring.
 constexpr int FrameWidth = 4;
 
@@ -35,9 +37,14 @@ public:
     }
 };
 
+bool IsPicture(const QWidget& widget) {
+    const auto* label = qobject_cast<const QLabel*>(&widget);
+    return label != nullptr && !label->pixmap(Qt::ReturnByValue).isNull();
+}
+
 QList<QRect> PlacesOn(const QWidget& widget) {
     if (const auto* label = qobject_cast<const QLabel*>(&widget)) {
-        return label->text().isEmpty() ? QList<QRect>() : QList{label->contentsRect()};
+        return label->text().isEmpty() && !IsPicture(widget) ? QList<QRect>() : QList{label->contentsRect()};
     }
     if (const auto* button = qobject_cast<const QAbstractButton*>(&widget)) {
         return button->text().isEmpty() ? QList<QRect>() : QList{InsideFrame(widget)};
@@ -79,7 +86,8 @@ QList<FormText> TextsOf(QWidget& form) {
         const bool isInner = widget->objectName().isEmpty() || widget->objectName().startsWith(u"qt_");
         const QString owner = isInner ? widget->parentWidget()->objectName() : widget->objectName();
         for (const QRect& place : PlacesOn(*widget)) {
-            texts.append({owner, place.translated(widget->mapTo(&form, QPoint()))});
+            texts.append({owner, place.translated(widget->mapTo(&form, QPoint())),
+                          IsPicture(*widget) ? PictureContrast : TextContrast});
         }
     }
     return texts;

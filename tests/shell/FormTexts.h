@@ -8,14 +8,16 @@
 class QImage;
 class QWidget;
 
-/// A text that a form shows: whose it is, and where it stands in the form.
+/// A text or picture that a form shows: whose it is, where it stands in the form, and the contrast that it
+/// needs with its ground (WCAG 2: 4.5 for texts, 3 for pictures).
 struct FormText {
     QString Owner;
     QRect Place;
+    double Contrast;
 };
 
-/// The texts that a person has to read: of labels, buttons, frames, boxes, tabs and rows. Those of disabled
-/// controls are not among them.
+/// What a person has to see: texts of labels, buttons, frames, boxes, tabs and rows, and pictures on labels.
+/// Those of disabled controls are not among them.
 [[nodiscard]] QList<FormText> TextsOf(QWidget& form);
 
 /// The whole form as it is painted, in so many pixels that the strokes of letters have their full colour.
