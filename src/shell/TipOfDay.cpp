@@ -17,6 +17,8 @@
 
 #include <QEvent>
 
+#include <utility>
+
 namespace {
 
 const QString Section = QStringLiteral("Tip");
@@ -26,9 +28,9 @@ constexpr int PictureSide = 40;
 
 }  // namespace
 
-TipOfDay::TipOfDay(const QStringList& tips, const QString& company, const QString& application,
-                   Settings& settings, int year, QWidget* parent)
-    : QDialog(parent), m_ui(std::make_unique<Ui::TipOfDay>()), m_tips(tips), m_settings(settings) {
+TipOfDay::TipOfDay(QStringList tips, const QString& company, const QString& application, Settings& settings,
+                   int year, QWidget* parent)
+    : QDialog(parent), m_ui(std::make_unique<Ui::TipOfDay>()), m_tips(std::move(tips)), m_settings(settings) {
     m_ui->setupUi(this);
     FormTools::ExpandPlaceholders(*this, year);
     FormTools::KeepTitleWhole(*this);

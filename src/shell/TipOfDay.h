@@ -21,7 +21,7 @@ class TipOfDay final : public QDialog {
 public:
     /// `company` and `application` are named above the tip. `tips` is not empty. `year` for the placeholders
     /// of its texts.
-    TipOfDay(const QStringList& tips, const QString& company, const QString& application, Settings& settings,
+    TipOfDay(QStringList tips, const QString& company, const QString& application, Settings& settings,
              int year, QWidget* parent = nullptr);
     ~TipOfDay() override;
 

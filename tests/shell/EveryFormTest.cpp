@@ -217,7 +217,9 @@ TEST_P(EveryForm, GivesNoMnemonicTwice) {
 TEST_P(EveryForm, CutsNothingAtOneAndAHalfTimesTheFont) {
     const LargerFont larger(1.5);
     Open();
-    const int title = Form().fontMetrics().averageCharWidth() * (Form().windowTitle().size() + 25);
+    constexpr int IconAndButtons = 25;  // in characters
+    const int characters = static_cast<int>(Form().windowTitle().size()) + IconAndButtons;
+    const int title = Form().fontMetrics().averageCharWidth() * characters;
     EXPECT_TRUE(Form().windowType() == Qt::SplashScreen || Form().minimumWidth() >= title ||
                 Form().minimumSizeHint().width() >= title);
     int texts = 0;
