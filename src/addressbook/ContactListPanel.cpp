@@ -8,8 +8,18 @@
 #include "controls/ShrinkButton.h"
 
 #include <QBoxLayout>
+#include <QGridLayout>
 
-ContactListPanel::ContactListPanel(QWidget* parent) : QWidget(parent), m_lvContacts(new ListView(this)) {
+namespace {
+
+/// Places in the grid: the row of buttons is as wide as the list and what stands beside it.
+enum Row { ListPlace, ButtonPlace };
+enum Column { BesideList, ListColumn, ColumnCount };
+
+}  // namespace
+
+ContactListPanel::ContactListPanel(QWidget* parent)
+    : QWidget(parent), m_places(new QGridLayout(this)), m_lvContacts(new ListView(this)) {
     m_lvContacts->setObjectName(QStringLiteral("lvContacts"));
     m_lvContacts->setAccessibleName(tr("Contacts"));
     m_lvContacts->setAlternatingRowColors(true);
@@ -31,11 +41,17 @@ ContactListPanel::ContactListPanel(QWidget* parent) : QWidget(parent), m_lvConta
     row->addStretch(1);
     row->addWidget(m_cmdSearch);
     row->addWidget(m_cmdPrint);
-    auto* all = new QVBoxLayout(this);
-    all->setContentsMargins(0, 0, 0, 0);
-    all->setSpacing(4);
-    all->addWidget(m_lvContacts, 1);
-    all->addLayout(row);
+    m_places->setContentsMargins(0, 0, 0, 0);
+    m_places->setSpacing(4);
+    m_places->setRowStretch(ListPlace, 1);
+    m_places->setColumnStretch(ListColumn, 1);
+    m_places->addWidget(m_lvContacts, ListPlace, ListColumn);
+    m_places->addLayout(row, ButtonPlace, 0, 1, ColumnCount);
+}
+
+void ContactListPanel::PutBesideList(QWidget& column) {
+    m_places->addWidget(&column, ListPlace, BesideList);
+    setTabOrder(&column, m_lvContacts);
 }
 
 void ContactListPanel::FillContactList(const ContactList& contacts, qint32 sortBy) {

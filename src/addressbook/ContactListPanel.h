@@ -5,6 +5,7 @@
 class ContactButtonsPanel;
 class ContactList;
 class ListView;
+class QGridLayout;
 class ShrinkButton;
 
 /// The list of contacts, and below it the row of buttons that belong to it and to its contacts.
@@ -12,6 +13,9 @@ class ContactListPanel : public QWidget {
     Q_OBJECT
 public:
     explicit ContactListPanel(QWidget* parent = nullptr);
+
+    /// Places `column` in front of the list; it is exactly as high as the list.
+    void PutBesideList(QWidget& column);
 
     [[nodiscard]] ListView& lvContacts() { return *m_lvContacts; }
     [[nodiscard]] const ListView& lvContacts() const { return *m_lvContacts; }
@@ -25,6 +29,7 @@ public:
     void ShowSortBy(qint32 sortBy);
 
 private:
+    QGridLayout* m_places;
     ListView* m_lvContacts;
     ShrinkButton* m_cmdSortBy;
     ContactButtonsPanel* m_buttons;

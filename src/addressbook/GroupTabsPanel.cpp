@@ -1,6 +1,7 @@
 #include "addressbook/GroupTabsPanel.h"
 
 #include "addressbook/Contact.h"
+#include "addressbook/ContactListPanel.h"
 #include "addressbook/PhonebookHost.h"
 #include "addressbook/TabMenu.h"
 #include "addressbook/frmTabName.h"
@@ -38,7 +39,7 @@ QPoint PlaceAboveMouse() {
 
 }  // namespace
 
-GroupTabsPanel::GroupTabsPanel(PhonebookSide& side, QWidget* content, QWidget* parent)
+GroupTabsPanel::GroupTabsPanel(PhonebookSide& side, ContactListPanel& content, QWidget* parent)
     : QWidget(parent),
       m_side(side),
       m_tabGroup(new TabControl(TabControl::Look::Strip, this)),
@@ -52,17 +53,14 @@ GroupTabsPanel::GroupTabsPanel(PhonebookSide& side, QWidget* content, QWidget* p
     ConnectTabs();
 }
 
-void GroupTabsPanel::PlaceTabs(QWidget* content) {
-    auto* below = new QHBoxLayout;
-    below->setSpacing(4);
-    below->addWidget(m_tabAlpha);
-    below->addWidget(content, 1);
+void GroupTabsPanel::PlaceTabs(ContactListPanel& content) {
     auto* all = new QVBoxLayout(this);
     all->setContentsMargins(0, 0, 0, 0);
     all->setSpacing(6);
     all->addWidget(m_tabGroup);
-    all->addLayout(below, 1);
+    all->addWidget(&content, 1);
     setTabOrder(m_tabGroup, m_tabAlpha);
+    content.PutBesideList(*m_tabAlpha);
 }
 
 void GroupTabsPanel::ConnectTabs() {

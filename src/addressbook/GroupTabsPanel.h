@@ -7,6 +7,7 @@
 
 #include <optional>
 
+class ContactListPanel;
 class frmTabName;
 class ListView;
 class QPoint;
@@ -20,8 +21,8 @@ public:
     /// What the menu of a tab hands to AddNewGroup for both coordinates: the place of the click counts.
     static constexpr int StoredPosition = -1000;
 
-    /// `content` is shown beside the letters, below the group tabs.
-    GroupTabsPanel(PhonebookSide& side, QWidget* content, QWidget* parent = nullptr);
+    /// `content` is shown below the group tabs, and the letters stand beside its list.
+    GroupTabsPanel(PhonebookSide& side, ContactListPanel& content, QWidget* parent = nullptr);
 
     [[nodiscard]] TabControl& tabGroup() { return *m_tabGroup; }
     [[nodiscard]] TabControl& tabAlpha() { return *m_tabAlpha; }
@@ -70,7 +71,7 @@ private:
         QString Tag;
     };
 
-    void PlaceTabs(QWidget* content);
+    void PlaceTabs(ContactListPanel& content);
     void ConnectTabs();
     void LetterChosen();
     void LetterChosenAgain();

@@ -39,7 +39,7 @@ PhonebookArea::PhonebookArea(PhonebookSide side, QWidget* parent) : QFrame(paren
 
 void PhonebookArea::PlacePanels() {
     m_list = new ContactListPanel;
-    m_tabs = new GroupTabsPanel(m_side, m_list, this);
+    m_tabs = new GroupTabsPanel(m_side, *m_list, this);
     m_details = new ContactDetailPanel(this);
     m_details->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     auto* all = new QVBoxLayout(this);

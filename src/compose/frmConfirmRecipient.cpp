@@ -2,14 +2,11 @@
 
 #include "addressbook/ContactList.h"
 #include "controls/FormTools.h"
-#include "controls/ListView.h"
 #include "core/Trap.h"
 #include "platform/Clock.h"
+#include "ui_frmConfirmRecipient.h"
 
-#include <QDialogButtonBox>
-#include <QLabel>
 #include <QPushButton>
-#include <QVBoxLayout>
 
 namespace {
 
@@ -18,41 +15,26 @@ constexpr int RowsShown = 8;
 }  // namespace
 
 frmConfirmRecipient::frmConfirmRecipient(ContactList& recipientContacts, const Clock& clock, QWidget* parent)
-    : QDialog(parent), m_recipientContacts(recipientContacts), m_lvRecipient(new ListView(this)) {
-    setObjectName(QStringLiteral("frmConfirmRecipient"));
-    auto* please = new QLabel(
-        QStringLiteral("You must confirm which of the following recipients are to receive your message."),
-        this);
-    please->setObjectName(QStringLiteral("Please"));
-    please->setWordWrap(true);
-    m_lvRecipient->setObjectName(QStringLiteral("lvRecipient"));
-    m_lvRecipient->setAccessibleName(QStringLiteral("Recipients to confirm"));
-    m_lvRecipient->Rows().SetCheckable(true);
-    m_lvRecipient->setMinimumHeight(m_lvRecipient->fontMetrics().height() * (RowsShown + 2));
-
-    auto* buttons = new QDialogButtonBox(this);
-    QPushButton* okay = buttons->addButton(QStringLiteral("OK"), QDialogButtonBox::AcceptRole);
+    : QDialog(parent),
+      m_ui(std::make_unique<Ui::frmConfirmRecipient>()),
+      m_recipientContacts(recipientContacts) {
+    m_ui->setupUi(this);
+    FormTools::ExpandPlaceholders(*this, clock.Now().date().year());
+    FormTools::KeepTitleWhole(*this);
+    m_ui->lvRecipient->Rows().SetCheckable(true);
+    m_ui->lvRecipient->setMinimumHeight(fontMetrics().height() * (RowsShown + 2));
+    QPushButton* const okay = m_ui->buttons->button(QDialogButtonBox::Ok);
     okay->setObjectName(QStringLiteral("cmdOkay"));
-    okay->setAccessibleName(QStringLiteral("OK"));
-    okay->setDefault(true);
-    QPushButton* cancel = buttons->addButton(QStringLiteral("Cancel"), QDialogButtonBox::RejectRole);
+    QPushButton* const cancel = m_ui->buttons->button(QDialogButtonBox::Cancel);
     cancel->setObjectName(QStringLiteral("cmdCancel"));
-    cancel->setAccessibleName(QStringLiteral("Cancel"));
 
-    auto* column = new QVBoxLayout(this);
-    column->addWidget(please);
-    column->addWidget(m_lvRecipient, 1);
-    column->addWidget(buttons);
-
-    connect(m_lvRecipient, &ListView::ItemDoubleClicked, this, &frmConfirmRecipient::ToggleRow);
-    connect(m_lvRecipient, &ListView::EnterPressed, this, &frmConfirmRecipient::AcceptTicked);
+    connect(m_ui->lvRecipient, &ListView::ItemDoubleClicked, this, &frmConfirmRecipient::ToggleRow);
+    connect(m_ui->lvRecipient, &ListView::EnterPressed, this, &frmConfirmRecipient::AcceptTicked);
     connect(okay, &QPushButton::clicked, this, &frmConfirmRecipient::AcceptTicked);
     connect(cancel, &QPushButton::clicked, this, &QWidget::hide);
-
-    FormTools::SetFormCaption(*this, QStringLiteral("Confirm Recipients"));
-    FormTools::KeepTitleWhole(*this);
-    FormTools::ExpandPlaceholders(*this, clock.Now().date().year());
 }
+
+frmConfirmRecipient::~frmConfirmRecipient() = default;
 
 void frmConfirmRecipient::SetRecipients(ListView& list) {
     m_recipients = &list;
@@ -68,11 +50,11 @@ void frmConfirmRecipient::SetRecipients(ListView& list) {
             rows.append(shown);
         }
     }
-    m_lvRecipient->Rows().Assign(rows);
+    m_ui->lvRecipient->Rows().Assign(rows);
 }
 
 void frmConfirmRecipient::ToggleRow(const QString& key) {
-    RowModel& rows = m_lvRecipient->Rows();
+    RowModel& rows = m_ui->lvRecipient->Rows();
     const int row = rows.RowOf(key);
     if (row >= 0) {
         const bool isChecked = rows.At(row).IsChecked;
@@ -83,7 +65,7 @@ void frmConfirmRecipient::ToggleRow(const QString& key) {
 void frmConfirmRecipient::AcceptTicked() {
     m_isCanceled = false;
     QStringList refused;
-    const RowModel& rows = m_lvRecipient->Rows();
+    const RowModel& rows = m_ui->lvRecipient->Rows();
     for (int row = 0; row < rows.Count(); ++row) {
         if (!rows.At(row).IsChecked) {
             refused.append(rows.At(row).Key);

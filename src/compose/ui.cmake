@@ -13,6 +13,6 @@ larkspan_library(larkspan_compose_ui
     RecipientPanel.cpp RecipientPanel.h
     SendButton.cpp SendButton.h
     SendPanel.cpp SendPanel.h
-    frmConfirmRecipient.cpp frmConfirmRecipient.h
-    frmGetTime.cpp frmGetTime.h
+    frmConfirmRecipient.cpp frmConfirmRecipient.h frmConfirmRecipient.ui
+    frmGetTime.cpp frmGetTime.h frmGetTime.ui
   LINK larkspan_compose_core larkspan_contact_items larkspan_controls Qt6::Widgets)

@@ -14,7 +14,7 @@ namespace {
 
 constexpr int RowPadding = 6;     // above and below a caption in the strip
 constexpr int Gap = 2;            // between tabs
-constexpr int LetterHeight = 12;  // least height of an entry of the letter column
+constexpr int LetterHeight = 11;  // least height of an entry of the letter column
 constexpr int LetterWidth = 26;
 
 }  // namespace
@@ -253,7 +253,7 @@ QFont TabControl::LetterFont() const {
     QFont letters = font();
     const int room = Count() > 0 ? height() / Count() : LetterHeight;
     const int natural = QFontInfo(letters).pixelSize();
-    letters.setPixelSize(qBound(8, room - 2, natural));
+    letters.setPixelSize(qBound(8, room - 1, natural));
     return letters;
 }
 

@@ -2,45 +2,26 @@
 
 #include "controls/FormTools.h"
 #include "platform/Clock.h"
+#include "ui_frmPassword.h"
 
-#include <QGroupBox>
 #include <QKeyEvent>
-#include <QLineEdit>
-#include <QVBoxLayout>
 
-namespace {
-
-constexpr int EntryChars = 40;
-
-}  // namespace
-
-frmPassword::frmPassword(const Clock& clock, QWidget* parent) : QDialog(parent) {
-    setObjectName(QStringLiteral("frmPassword"));
-    auto* frame = new QGroupBox(QStringLiteral("Password"), this);
-    frame->setObjectName(QStringLiteral("gbMain"));
-    m_txtPassword = new QLineEdit(frame);
-    m_txtPassword->setObjectName(QStringLiteral("txtPassword"));
-    m_txtPassword->setAccessibleName(QStringLiteral("Password"));
-    m_txtPassword->setEchoMode(QLineEdit::Password);
-    m_txtPassword->setMinimumWidth(m_txtPassword->fontMetrics().averageCharWidth() * EntryChars);
-    m_txtPassword->installEventFilter(this);
-
-    auto* inner = new QVBoxLayout(frame);
-    inner->addWidget(m_txtPassword);
-    auto* column = new QVBoxLayout(this);
-    column->addWidget(frame);
-    column->setSizeConstraint(QLayout::SetFixedSize);
-
-    FormTools::SetFormCaption(*this, QStringLiteral("Password"));
+frmPassword::frmPassword(const Clock& clock, QWidget* parent)
+    : QDialog(parent), m_ui(std::make_unique<Ui::frmPassword>()) {
+    m_ui->setupUi(this);
     FormTools::ExpandPlaceholders(*this, clock.Now().date().year());
+    FormTools::KeepTitleWhole(*this);
+    m_ui->txtPassword->installEventFilter(this);
 }
 
+frmPassword::~frmPassword() = default;
+
 QString frmPassword::Password() const {
-    return m_txtPassword->text();
+    return m_ui->txtPassword->text();
 }
 
 bool frmPassword::eventFilter(QObject* watched, QEvent* event) {
-    if (watched != m_txtPassword || event->type() != QEvent::KeyPress) {
+    if (watched != m_ui->txtPassword || event->type() != QEvent::KeyPress) {
         return QDialog::eventFilter(watched, event);
     }
     const auto* key = static_cast<const QKeyEvent*>(event);

@@ -3,11 +3,15 @@
 #include <QDialog>
 #include <QStringList>
 
-class QCheckBox;
-class QLabel;
+#include <memory>
+
 class CommandLine;
 class Settings;
 struct Machine;
+
+namespace Ui {
+class TipOfDay;
+}
 
 /// The tip of the day (dlgTipOfDay): shows the lines of a text file one by one, and remembers for the user
 /// whether tips are wanted at start-up and which one comes next. Settings of the section Tip: "Startup" (0:
@@ -15,9 +19,11 @@ struct Machine;
 class TipOfDay final : public QDialog {
     Q_OBJECT
 public:
-    /// `company` and `application` are named above the tip. `tips` is not empty.
+    /// `company` and `application` are named above the tip. `tips` is not empty. `year` for the placeholders
+    /// of its texts.
     TipOfDay(QStringList tips, const QString& company, const QString& application, Settings& settings,
-             QWidget* parent = nullptr);
+             int year, QWidget* parent = nullptr);
+    ~TipOfDay() override;
 
     /// Shows the dialog if a file tips.txt came with the program or lies in the application's folder, and if
     /// the user wants tips or the command line asks for one.
@@ -27,11 +33,15 @@ public:
     /// The lines of a tip file that hold a tip: blank ones do not.
     [[nodiscard]] static QStringList TipsOf(const QString& fileText);
 
-private:
-    void ShowNextTip();
+protected:
+    bool event(QEvent* event) override;
 
+private:
+    void ShowPicture();
+    void ShowNextTip();
+    void GrowToTip();
+
+    std::unique_ptr<Ui::TipOfDay> m_ui;
     QStringList m_tips;
     Settings& m_settings;
-    QLabel* m_lblTip;
-    QCheckBox* m_chkShowAtStartup;
 };

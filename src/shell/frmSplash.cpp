@@ -2,52 +2,34 @@
 
 #include "controls/FormTools.h"
 #include "controls/Icons.h"
-#include "core/Product.h"
+#include "ui_frmSplash.h"
 
 #include <QGuiApplication>
-#include <QLabel>
 #include <QScreen>
-#include <QVBoxLayout>
 
 namespace {
 
 constexpr int PictureSide = 96;
-constexpr int Margin = 32;
+constexpr double TitleSize = 1.8;  // of the other texts
 
 }  // namespace
 
-frmSplash::frmSplash(int year, const QString& version) : QWidget(nullptr, Qt::SplashScreen) {
-    setObjectName(QStringLiteral("frmSplash"));
-    setWindowTitle(Product::AppTitle);
-    auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(Margin * 2, Margin, Margin * 2, Margin);
-    QLabel* picture = NewLabel(QStringLiteral("imgSplash"), QString());
-    picture->setPixmap(
+frmSplash::frmSplash(int year, const QString& version)
+    : QWidget(nullptr, Qt::SplashScreen), m_ui(std::make_unique<Ui::frmSplash>()) {
+    m_ui->setupUi(this);
+    m_ui->imgSplash->setPixmap(
         Icons::Get(QStringLiteral("larkspan")).pixmap(QSize(PictureSide, PictureSide), devicePixelRatioF()));
-    column->addWidget(picture);
-    QLabel* title = NewLabel(QStringLiteral("lblApp"), QStringLiteral("{APP}"));
-    QFont font = title->font();
-    font.setPointSizeF(font.pointSizeF() * 1.8);
-    font.setWeight(QFont::DemiBold);
-    title->setFont(font);
-    column->addWidget(title);
-    column->addWidget(NewLabel(QStringLiteral("lblVer"), version));
-    column->addSpacing(Margin / 2);
-    column->addWidget(NewLabel(QStringLiteral("lblSuite"), QStringLiteral("{SUITE}\\n{YEAR}")));
+    QFont title = font();
+    title.setPointSizeF(title.pointSizeF() * TitleSize);
+    title.setWeight(QFont::DemiBold);
+    m_ui->lblApp->setFont(title);
+    m_ui->lblVer->setText(version);
     FormTools::ExpandPlaceholders(*this, year);
-    const auto labels = findChildren<QLabel*>();
-    for (QLabel* label : labels) {
-        if (label->text().contains(QStringLiteral("\\n"))) {
-            label->setText(label->text().replace(QStringLiteral("\\n"), QStringLiteral("\n")));
-        }
+    for (QLabel* label : {m_ui->lblApp, m_ui->lblVer, m_ui->lblSuite}) {
+        label->setText(label->text().replace(QStringLiteral("\\n"), QStringLiteral("\n")));
     }
     adjustSize();
     move(QGuiApplication::primaryScreen()->availableGeometry().center() - rect().center());
 }
 
-QLabel* frmSplash::NewLabel(const QString& name, const QString& text) {
-    auto* label = new QLabel(text, this);
-    label->setObjectName(name);
-    label->setAlignment(Qt::AlignCenter);
-    return label;
-}
+frmSplash::~frmSplash() = default;

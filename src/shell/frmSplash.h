@@ -2,7 +2,11 @@
 
 #include <QWidget>
 
-class QLabel;
+#include <memory>
+
+namespace Ui {
+class frmSplash;
+}
 
 /// The window that is seen while the program starts.
 class frmSplash final : public QWidget {
@@ -10,7 +14,8 @@ class frmSplash final : public QWidget {
 public:
     /// `year` for the placeholders of its texts; `version` as major.minor.revision.
     frmSplash(int year, const QString& version);
+    ~frmSplash() override;
 
 private:
-    [[nodiscard]] QLabel* NewLabel(const QString& name, const QString& text);
+    std::unique_ptr<Ui::frmSplash> m_ui;
 };

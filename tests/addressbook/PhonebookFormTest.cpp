@@ -109,6 +109,19 @@ TEST_F(PhonebookForm, NothingIsCutAtOneAndAHalfTimesTheFont) {
     }
 }
 
+TEST_F(PhonebookForm, TheLettersAreSpreadOverExactlyTheHeightOfTheList) {
+    Start();
+    for (const QSize size : {QSize(360, 520), QSize(440, 900)}) {
+        Area->resize(size);
+        QApplication::processEvents();
+        const auto top = [this](const QWidget& control) { return control.mapTo(Area.get(), QPoint()).y(); };
+        EXPECT_EQ(top(tabAlpha()), top(lvContacts()));
+        EXPECT_EQ(tabAlpha().height(), lvContacts().height());
+        EXPECT_EQ(tabAlpha().TabRect(0).top(), 0);
+        EXPECT_EQ(tabAlpha().TabRect(tabAlpha().Count() - 1).bottom(), tabAlpha().height() - 1);
+    }
+}
+
 TEST_F(PhonebookForm, ItFitsIntoTheLeftSideOfASmallWindow) {
     Start();
     EXPECT_LE(Area->minimumSizeHint().width(), 360);

@@ -101,6 +101,18 @@ TEST(FormTools, CaretToEndSelectsNothingAndTakesTheFocus) {
     EXPECT_EQ(form.focusWidget(), &plain);
 }
 
+TEST(FormTools, AFormCannotBecomeTooNarrowForItsTitle) {
+    QWidget form;
+    form.setWindowTitle(QStringLiteral("Larkspan Messenger - Schedule"));
+    FormTools::KeepTitleWhole(form);
+    form.show();
+    form.resize(10, 10);
+    const int title = form.fontMetrics().averageCharWidth() * static_cast<int>(form.windowTitle().size());
+    EXPECT_GT(form.width(), title);
+    form.resize(title * 3, 10);
+    EXPECT_EQ(form.width(), title * 3);
+}
+
 TEST(FormTools, AControlWithoutTextGetsTheFocusAllTheSame) {
     QWidget form;
     QLineEdit line(&form);

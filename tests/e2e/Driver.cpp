@@ -6,14 +6,65 @@
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QMenu>
 #include <QPixmap>
 #include <QScreen>
 #include <QTest>
 #include <QTimer>
+#include <QWindow>
+
+#include <algorithm>
+#include <utility>
 
 namespace {
 
 constexpr int DialogPatience = 20000;
+const QString WatchName = QStringLiteral("DriverWatch");
+constexpr int SettlePatience = 5000;
+/// Turns of the event loop without a change after which nothing more is on its way.
+constexpr int QuietTurns = 3;
+
+/// Notes the events by which windows change what they show.
+class ChangeWatch final : public QObject {
+public:
+    ChangeWatch() { QCoreApplication::instance()->installEventFilter(this); }
+    [[nodiscard]] bool TakeChanged() { return std::exchange(m_isChanged, false); }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        switch (event->type()) {
+            case QEvent::Paint:
+            case QEvent::UpdateRequest:
+            case QEvent::LayoutRequest:
+            case QEvent::Expose:
+            case QEvent::Resize:
+            case QEvent::Move:
+            case QEvent::Show:
+            case QEvent::Hide:
+            case QEvent::WindowActivate:
+            case QEvent::WindowDeactivate:
+                m_isChanged = true;
+                break;
+            default:
+                break;
+        }
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    bool m_isChanged = false;
+};
+
+/// True when the window manager has put every window of ours on the screen, and an open dialog in front.
+bool AreWindowsThere() {
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    const bool isAllThere = std::all_of(windows.cbegin(), windows.cend(), [](const QWidget* window) {
+        return !window->isVisible() || window->isMinimized() || window->windowHandle() == nullptr ||
+               window->windowHandle()->isExposed();
+    });
+    const QWidget* const dialog = QApplication::activeModalWidget();
+    return isAllThere && (dialog == nullptr || dialog->isActiveWindow());
+}
 
 /// Windows from the front: the modal one, the active one, then the others.
 QWidgetList WindowsFromTheFront() {
@@ -50,6 +101,28 @@ QPoint TabPoint(const TabControl& tabs, const QString& caption) {
         }
     }
     throw DriverError(QStringLiteral("no tab \"%1\" in %2").arg(caption, tabs.objectName()));
+}
+
+/// Looks again and again, in whatever event loop is running, and does `answer` once.
+void WhenInFront(std::function<bool()> isThere, std::function<void()> answer) {
+    auto* watch = new QTimer(qApp);
+    watch->setObjectName(WatchName);
+    watch->setInterval(20);
+    QElapsedTimer patience;
+    patience.start();
+    QObject::connect(watch, &QTimer::timeout, watch,
+                     [watch, patience, isThere = std::move(isThere), answer = std::move(answer)] {
+                         const bool isNow = isThere();
+                         if (isNow || patience.elapsed() > DialogPatience) {
+                             watch->stop();
+                             watch->deleteLater();
+                         }
+                         if (isNow) {
+                             Driver::Settle();
+                             answer();
+                         }
+                     });
+    watch->start();
 }
 
 }  // namespace
@@ -135,27 +208,35 @@ void Driver::WaitFor(const QString& what, const std::function<bool()>& condition
 }
 
 void Driver::WhenDialog(const QString& name, std::function<void()> answer) {
-    auto* watch = new QTimer(qApp);
-    watch->setInterval(20);
-    QElapsedTimer patience;
-    patience.start();
-    QObject::connect(watch, &QTimer::timeout, watch, [watch, name, patience, answer = std::move(answer)] {
-        const QWidget* dialog = QApplication::activeModalWidget();
-        const bool isThere = dialog != nullptr && dialog->objectName() == name && dialog->isVisible();
-        if (isThere || patience.elapsed() > DialogPatience) {
-            watch->stop();
-            watch->deleteLater();
-        }
-        if (isThere) {
-            Settle();
-            answer();
-        }
-    });
-    watch->start();
+    WhenInFront(
+        [name] {
+            const QWidget* const dialog = QApplication::activeModalWidget();
+            return dialog != nullptr && dialog->objectName() == name && dialog->isVisible();
+        },
+        std::move(answer));
+}
+
+void Driver::WhenMenu(std::function<void(QMenu&)> answer) {
+    const auto menu = [] { return qobject_cast<QMenu*>(QApplication::activePopupWidget()); };
+    WhenInFront([menu] { return menu() != nullptr && menu()->isVisible(); },
+                [menu, answer = std::move(answer)] { answer(*menu()); });
+}
+
+void Driver::StopWatching() {
+    qDeleteAll(qApp->findChildren<QTimer*>(WatchName, Qt::FindDirectChildrenOnly));
 }
 
 void Driver::Settle() {
-    QTest::qWait(150);
+    ChangeWatch watch;
+    QElapsedTimer patience;
+    patience.start();
+    for (int quietTurns = 0; quietTurns < QuietTurns;) {
+        if (patience.elapsed() > SettlePatience) {
+            throw DriverError(QStringLiteral("the windows do not come to rest"));
+        }
+        QGuiApplication::sync();  // what the screen has to say is here when it returns
+        quietTurns = watch.TakeChanged() || !AreWindowsThere() ? 0 : quietTurns + 1;
+    }
 }
 
 void Driver::Picture(const QString& name) const {

@@ -9,6 +9,7 @@
 #include <stdexcept>
 
 class ListView;
+class QMenu;
 class TabControl;
 
 /// What a person at the screen cannot find or waits for in vain.
@@ -54,7 +55,11 @@ public:
     static void WaitFor(const QString& what, const std::function<bool()>& condition, int seconds = 20);
     /// When a dialog of this name is next in front, does this with it.
     static void WhenDialog(const QString& name, std::function<void()> answer);
-    /// Lets the window paint what it has to.
+    /// When a menu is next open, does this with it.
+    static void WhenMenu(std::function<void(QMenu&)> answer);
+    /// Forgets the dialogs and menus that have not come.
+    static void StopWatching();
+    /// Lets the windows come and paint what they have to, until nothing changes any more.
     static void Settle();
 
     /// The whole screen, as "NAME.png" in the picture folder; nothing without a folder.

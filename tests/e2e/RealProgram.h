@@ -55,6 +55,10 @@ public:
                         [this] { return Screens.Main() != nullptr && Screens.Main()->isActiveWindow(); });
     }
 
+    ~RealProgram() { Driver::StopWatching(); }  // an answer speaks of what the test has at hand
+    RealProgram(const RealProgram&) = delete;
+    RealProgram& operator=(const RealProgram&) = delete;
+
     CommandLine Arguments;
 
 private:

@@ -91,9 +91,10 @@ TEST(OnTheScreen, ContactsAreDraggedOntoTheRecipientsWithTheMouse) {
     EXPECT_EQ(recipients.Rows().At(0).Text, first);
     EXPECT_EQ(recipients.Rows().At(1).Text, second);
 
+    const QSignalSpy dropped(&recipients, &ListView::TextDropped);
     RealInput::Drag(Driver::RowPosition(Q("lvContacts"), second),
                     recipients.viewport()->mapToGlobal(recipients.viewport()->rect().center()));
-    Driver::Settle();
+    Driver::WaitFor(Q("the second drop"), [&] { return dropped.count() == 1; });
     EXPECT_EQ(recipients.Rows().Count(), 2) << "the same contact twice";
 }
 

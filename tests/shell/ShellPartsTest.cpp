@@ -182,12 +182,12 @@ TEST(TipOfDay, ShowsTheTipsInTurnAndRemembersThePlace) {
     Settings settings;
     settings.SetApplication(Q("Larkspan Messenger"));
     const QStringList tips = {Q("first"), Q("second")};
-    TipOfDay dialog(tips, Q("Brenmoor"), Q("Larkspan Messenger"), settings);
+    TipOfDay dialog(tips, Q("Brenmoor"), Q("Larkspan Messenger"), settings, 2026);
     const auto* tip = dialog.findChild<QLabel*>(Q("lblTip"));
     EXPECT_EQ(tip->text(), Q("first"));
     QTest::mouseClick(dialog.findChild<QPushButton*>(Q("cmdNextTip")), Qt::LeftButton);
     EXPECT_EQ(tip->text(), Q("second"));
-    EXPECT_EQ(TipOfDay(tips, Q("Brenmoor"), Q("Larkspan Messenger"), settings)
+    EXPECT_EQ(TipOfDay(tips, Q("Brenmoor"), Q("Larkspan Messenger"), settings, 2026)
                   .findChild<QLabel*>(Q("lblTip"))
                   ->text(),
               Q("first"));
