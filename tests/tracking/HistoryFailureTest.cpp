@@ -1,33 +1,9 @@
+#include "support/BrokenDisk.h"
 #include "tracking/HistoryFixture.h"
 
 #include <QDir>
 
-#include <csignal>
-
-#include <sys/resource.h>
-
 namespace {
-
-/// No file of this process grows beyond `bytes` while this lives: a write then stops short, as on a full
-/// disk.
-class FullDisk {
-public:
-    explicit FullDisk(rlim_t bytes) : m_handler(std::signal(SIGXFSZ, SIG_IGN)) {
-        getrlimit(RLIMIT_FSIZE, &m_before);
-        const rlimit limit{bytes, m_before.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FullDisk() {
-        setrlimit(RLIMIT_FSIZE, &m_before);
-        std::signal(SIGXFSZ, m_handler);
-    }
-    FullDisk(const FullDisk&) = delete;
-    FullDisk& operator=(const FullDisk&) = delete;
-
-private:
-    rlimit m_before{};
-    void (*m_handler)(int);
-};
 
 /// The history of a workstation on which writes fail: three messages are in it.
 class HistoryFailureTest : public HistoryFixture {
@@ -85,9 +61,9 @@ TEST_F(HistoryFailureTest, OnlyTheHistoryCannotBeWrittenAndTheLogGainsItsLine) {
 
 TEST_F(HistoryFailureTest, AFullDiskLeavesTheOldFilesWholeAtEveryByte) {
     const QByteArray newLine = QByteArrayLiteral("4,20260307120000,\"Aoife Brennan\",\"Hello\"\r\n");
-    const auto logSize = static_cast<rlim_t>(OldLog().size());
-    for (const rlim_t room :
-         {rlim_t{0}, rlim_t{1}, logSize, logSize + 1, logSize + 20, rlim_t{1069}, rlim_t{4275}}) {
+    const qint64 logSize = OldLog().size();
+    for (const qint64 room :
+         {qint64{0}, qint64{1}, logSize, logSize + 1, logSize + 20, qint64{1069}, qint64{4275}}) {
         Write(HistoryPath(), OldHistory());
         Write(LogPath(), OldLog());
         {
@@ -95,7 +71,7 @@ TEST_F(HistoryFailureTest, AFullDiskLeavesTheOldFilesWholeAtEveryByte) {
             Add(4);
         }
         EXPECT_EQ(Bytes(HistoryPath()), OldHistory()) << "room for " << room;
-        const bool hasRoomForLine = room >= logSize + static_cast<rlim_t>(newLine.size());
+        const bool hasRoomForLine = room >= logSize + newLine.size();
         EXPECT_EQ(Bytes(LogPath()), hasRoomForLine ? OldLog() + newLine : OldLog()) << "room for " << room;
     }
     {
