@@ -1,5 +1,6 @@
 #include "app/EntryStart.h"
 
+#include "support/BrokenDisk.h"
 #include "support/Environment.h"
 
 #include <QDir>
@@ -117,6 +118,27 @@ TEST(EntryRoutine, AFullDiskUnderTheLogDoesNotStopTheStart) {
     Start start(machine, {Q("/error")});
     EXPECT_TRUE(start.Run());
     EXPECT_EQ(start.Screens.Calls, Start::Whole());
+}
+
+TEST(EntryRoutine, AFolderInWhichNothingCanBeMadeIsToldInTheLogOnceAndWhyItMatters) {
+    const OrdinaryUser user;
+    TestMachine machine;
+    machine.StoreOffice();
+    machine.KeepLog();
+    const QTemporaryDir closed;
+    machine.Office.Folders.Temp = closed.filePath(Q("not/there/yet/"));
+    {
+        Start writable(machine);
+        EXPECT_TRUE(writable.Run());
+        EXPECT_TRUE(machine.LogLines().isEmpty()) << machine.LogLines().toStdString();
+    }
+    const ReadOnlyFolder readOnly(closed.path());
+    Start start(machine);
+    EXPECT_TRUE(start.Run());
+    EXPECT_EQ(start.Screens.Calls, Start::Whole());
+    EXPECT_EQ(machine.LogLines().section(u' ', 2),
+              Q("The temporary folder cannot be written: a second start may not find this window (") +
+                  closed.filePath(Q("not/there/yet")) + Q(")\n"));
 }
 
 TEST(EntryRoutine, ASecondStartActivatesTheFirstAndEndsAtOnce) {

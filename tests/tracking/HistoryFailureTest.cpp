@@ -31,6 +31,12 @@ private:
     QByteArray m_log;
 };
 
+/// Comes before the folders of the test, so that they belong to this account.
+struct AsOrdinaryUser {
+    OrdinaryUser User;
+};
+class HistoryOfAnOrdinaryUser : public AsOrdinaryUser, public HistoryFailureTest {};
+
 }  // namespace
 
 TEST_F(HistoryFailureTest, NoWriteSucceedsAndBothFilesStayAsTheyWere) {
@@ -88,6 +94,23 @@ TEST_F(HistoryFailureTest, AFullDiskLeavesNothingBesideTheFiles) {
         Add(4);
     }
     EXPECT_EQ(QDir(Folders.Root.path()).entryList(QDir::Files | QDir::Hidden), before);
+}
+
+TEST_F(HistoryOfAnOrdinaryUser, InAReadOnlyFolderKeepsItsOldRecordsAndTheLogGoesOn) {
+    const QDir folder(Folders.Root.path());
+    const QStringList files = folder.entryList(QDir::Files | QDir::Hidden);
+    {
+        const ReadOnlyFolder readOnly(folder.path());
+        Add(4);
+        EXPECT_EQ(Bytes(HistoryPath()), OldHistory());
+        EXPECT_EQ(Bytes(LogPath()).left(OldLog().size()), OldLog());
+        EXPECT_EQ(Bytes(LogPath()).count("\r\n"), 4) << "the log itself can be written";
+        History.ClearHistory();
+        EXPECT_EQ(Bytes(HistoryPath()), OldHistory());
+        EXPECT_EQ(folder.entryList(QDir::Files | QDir::Hidden), files);
+    }
+    Add(5);
+    EXPECT_EQ(IDs(), (QList<qint32>{5, 3, 2, 1}));
 }
 
 TEST_F(HistoryFailureTest, AFileThatCannotBeReadNowKeepsItsRecords) {
