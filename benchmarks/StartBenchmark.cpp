@@ -4,7 +4,8 @@
 // usage: bench_start DATAFOLDER          measures both, each in processes of its own
 //        bench_start --client DATAFOLDER | --bare
 //
-// A child process prints its resident kilobytes once its window is painted and in use, and ends.
+// A child process ends when its window can be used: the list of contacts has been painted, the picture is
+// with the window system, and the event loop waits for the user. It prints its resident kilobytes then.
 
 #include "support/Ratio.h"
 
@@ -21,7 +22,8 @@
 #include <QListView>
 #include <QProcess>
 #include <QStringListModel>
-#include <QTimer>
+
+#include <functional>
 
 #include <unistd.h>
 
@@ -51,22 +53,73 @@ void TellAndEnd() {
     ::_exit(0);
 }
 
+/// Waits for the first painting of a list by its object name. Made before the list is.
+class FirstPainting final : public QObject {
+public:
+    explicit FirstPainting(const QString& list) : m_list(list) { qApp->installEventFilter(this); }
+
+    /// Called by an event loop that has nothing to do before this: runs `done` when the list has been painted
+    /// and the window system has what was painted.
+    void Await(const std::function<void()>& done) {
+        m_done = done;
+        EndIfPainted();
+    }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::Paint && watched->parent() != nullptr &&
+            watched->parent()->objectName() == m_list) {
+            qApp->removeEventFilter(this);
+            // Behind the painting and the flush of the window's picture, which follows it at once.
+            QMetaObject::invokeMethod(
+                this,
+                [this] {
+                    m_isPainted = true;
+                    EndIfPainted();
+                },
+                Qt::QueuedConnection);
+        }
+        return false;
+    }
+
+private:
+    void EndIfPainted() {
+        if (m_isPainted && m_done) {
+            QGuiApplication::sync();
+            m_done();
+        }
+    }
+
+    QString m_list;
+    bool m_isPainted = false;
+    std::function<void()> m_done;
+};
+
+/// Runs the event loop until the list is on the screen; ends the process.
+int EndWhenPainted(FirstPainting& painting) {
+    QMetaObject::invokeMethod(
+        &painting, [&painting] { painting.Await(TellAndEnd); }, Qt::QueuedConnection);
+    return QApplication::exec();
+}
+
 int RunBare(int argc, char** argv) {
     QApplication application(argc, argv);
+    FirstPainting painting(QStringLiteral("list"));
     QListView list;
+    list.setObjectName(QStringLiteral("list"));
     QStringListModel model(QStringList(1000, QStringLiteral("Ahern, Aoife")));
     list.setUniformItemSizes(true);
     list.setModel(&model);
     list.resize(1100, 740);
     list.show();
-    QTimer::singleShot(0, &application, TellAndEnd);
-    return QApplication::exec();
+    return EndWhenPainted(painting);
 }
 
 int RunClient(int argc, char** argv) {
     const CommandLine commandLine({QStringLiteral("--data"), QString::fromLocal8Bit(argv[2])});
     CompleteEnvironment();
     Application application(argc, argv);
+    FirstPainting painting(QStringLiteral("lvContacts"));
     Look::Apply(QStringLiteral("light"));
     RealMachine real;
     const Machine machine = real.Seams();
@@ -76,8 +129,7 @@ int RunClient(int argc, char** argv) {
     if (!entry.Run()) {
         return 1;
     }
-    QTimer::singleShot(0, &application, TellAndEnd);
-    return QApplication::exec();
+    return EndWhenPainted(painting);
 }
 
 struct Child {

@@ -2,6 +2,7 @@
 
 #include "app/AppContext.h"
 #include "app/CommandLine.h"
+#include "app/FolderReport.h"
 #include "app/Machine.h"
 #include "app/mdlInstance.h"
 #include "app/mdlSetupWizard.h"
@@ -93,6 +94,7 @@ void EntryRoutine::CreateSettings() {
         settings.SetValue(SettingNames::SectionDB, SettingNames::Contacts, QString());
         mdlSetupWizard::SetSetupFinished(settings);
     }
+    FolderReport::Write(m_machine, settings.FileName());
 }
 
 void EntryRoutine::CheckSetupWizard() {

@@ -1,10 +1,6 @@
-#include "app/EntryRoutine.h"
+#include "app/EntryStart.h"
 
-#include "app/AppContext.h"
-#include "app/CommandLine.h"
-#include "app/RecordingScreens.h"
-#include "app/TestMachine.h"
-#include "app/mdlSetupWizard.h"
+#include "support/BrokenDisk.h"
 #include "support/Environment.h"
 
 #include <QDir>
@@ -17,23 +13,6 @@ namespace {
 QString Q(const char* text) {
     return QString::fromLatin1(text);
 }
-
-/// One start of the program on a machine.
-struct Start {
-    explicit Start(TestMachine& machine, const QStringList& arguments = {})
-        : Arguments(arguments), Seams(machine.Seams()), Context(Seams), Screens(Context.AppBusyState) {}
-    bool Run() { return EntryRoutine(Context, Seams, Screens, Arguments).Run(); }
-
-    CommandLine Arguments;
-    Machine Seams;
-    AppContext Context;
-    RecordingScreens Screens;
-};
-
-const QStringList WholeStart = {
-    Q("ShowSplash 2"), Q("RepaintSplash 2"), Q("RepaintSplash 2"), Q("LoadMain 2"),
-    Q("HideSplash 2"), Q("DropSplash 2"),    Q("ShowMain 0"),      Q("ContactListFocus home 0"),
-    Q("RepaintMain 0")};
 
 }  // namespace
 
@@ -55,7 +34,7 @@ TEST(EntryRoutine, AConfiguredStartGoesFromSplashToMainWindowAndEndsIdle) {
     machine.StoreOffice();
     Start start(machine);
     EXPECT_TRUE(start.Run());
-    EXPECT_EQ(start.Screens.Calls, WholeStart);
+    EXPECT_EQ(start.Screens.Calls, Start::Whole());
     EXPECT_EQ(start.Context.AppBusyState.Value(), Busy::Idle);
     EXPECT_TRUE(start.Context.PhonebookDB->IsConnected());
     EXPECT_FALSE(start.Context.OutboxDB->IsConnected()) << "the outbox is not left open";
@@ -78,7 +57,7 @@ TEST(EntryRoutine, AStepThatFailsIsSkippedAndTheNextOneRuns) {
         Start start(machine);
         start.Screens.Failing = failing;
         EXPECT_TRUE(start.Run());
-        EXPECT_EQ(start.Screens.Calls, WholeStart) << failing.toStdString();
+        EXPECT_EQ(start.Screens.Calls, Start::Whole()) << failing.toStdString();
         EXPECT_EQ(start.Context.AppBusyState.Value(), Busy::Idle);
     }
 }
@@ -110,7 +89,7 @@ TEST(EntryRoutine, AMainWindowClosedWhileEventsAreLetThroughEndsTheProcessAtOnce
             }
         };
         EXPECT_FALSE(start.Run()) << pass;
-        EXPECT_EQ(start.Screens.Calls, WholeStart.first(calls)) << pass;
+        EXPECT_EQ(start.Screens.Calls, Start::Whole().first(calls)) << pass;
     }
 }
 
@@ -138,7 +117,28 @@ TEST(EntryRoutine, AFullDiskUnderTheLogDoesNotStopTheStart) {
     machine.Office.Files.WritesLeft = 0;
     Start start(machine, {Q("/error")});
     EXPECT_TRUE(start.Run());
-    EXPECT_EQ(start.Screens.Calls, WholeStart);
+    EXPECT_EQ(start.Screens.Calls, Start::Whole());
+}
+
+TEST(EntryRoutine, AFolderInWhichNothingCanBeMadeIsToldInTheLogOnceAndWhyItMatters) {
+    const OrdinaryUser user;
+    TestMachine machine;
+    machine.StoreOffice();
+    machine.KeepLog();
+    const QTemporaryDir closed;
+    machine.Office.Folders.Temp = closed.filePath(Q("not/there/yet/"));
+    {
+        Start writable(machine);
+        EXPECT_TRUE(writable.Run());
+        EXPECT_TRUE(machine.LogLines().isEmpty()) << machine.LogLines().toStdString();
+    }
+    const ReadOnlyFolder readOnly(closed.path());
+    Start start(machine);
+    EXPECT_TRUE(start.Run());
+    EXPECT_EQ(start.Screens.Calls, Start::Whole());
+    EXPECT_EQ(machine.LogLines().section(u' ', 2),
+              Q("The temporary folder cannot be written: a second start may not find this window (") +
+                  closed.filePath(Q("not/there/yet")) + Q(")\n"));
 }
 
 TEST(EntryRoutine, ASecondStartActivatesTheFirstAndEndsAtOnce) {
@@ -185,126 +185,13 @@ TEST(EntryRoutine, TheCountryIsThatOfTheUsersLocaleOrIE) {
     QLocale::setDefault(before);
 }
 
-TEST(EntryRoutine, AFirstRunWithoutSettingsRunsTheSetupWizard) {
-    TestMachine machine;
-    Start start(machine);
-    start.Screens.IsSetupFinished = false;
-    EXPECT_FALSE(start.Run());
-    EXPECT_EQ(start.Screens.Calls, QStringList{Q("RunSetupWizard 1")}) << "in busy state 1";
-    EXPECT_EQ(start.Context.PhonebookDB, nullptr) << "the process ends before any database was opened";
-    EXPECT_EQ(TestMachine::Stored(SettingNames::SectionSetup, SettingNames::RunWizard), Q("(none)"));
-}
-
-TEST(EntryRoutine, AFinishedSetupWizardIsNotedAndTheStartGoesOn) {
-    TestMachine machine;
-    TestMachine::Store(SettingNames::SectionDB, SettingNames::Outbox, machine.Office.DataFolder.path());
-    Start start(machine);
-    EXPECT_TRUE(start.Run());
-    EXPECT_EQ(start.Screens.Calls, QStringList(Q("RunSetupWizard 1")) + WholeStart)
-        << "1 during the wizard, 2 again while the program starts up";
-    EXPECT_EQ(TestMachine::Stored(SettingNames::SectionSetup, SettingNames::RunWizard), Q("0"));
-}
-
-TEST(EntryRoutine, AfterTheWizardADeletedPhonebookFileMakesItRunAgain) {
-    TestMachine machine;
-    machine.StoreOffice();
-    machine.Office.PhonebookDB().CloseDatabase();
-    ASSERT_TRUE(QFile::remove(machine.Office.PhonebookPath()));
-    Start start(machine);
-    start.Screens.IsSetupFinished = false;
-    EXPECT_FALSE(start.Run());
-    EXPECT_EQ(start.Screens.Calls, QStringList{Q("RunSetupWizard 1")});
-}
-
-TEST(EntryRoutine, WithoutAnyConfiguredFolderTheSetupWizardRuns) {
-    TestMachine machine;
-    TestMachine::Store(SettingNames::SectionSetup, SettingNames::RunWizard, Q("0"));
-    Start start(machine);
-    start.Screens.IsSetupFinished = false;
-    EXPECT_FALSE(start.Run());
-}
-
-TEST(EntryRoutine, WizardInCapitalsForcesTheSetupWizardButNotByItselfThePhonebookWizard) {
-    TestMachine machine;
-    machine.StoreOffice();
-    Start capitals(machine, {Q("/WIZARD")});
-    EXPECT_TRUE(capitals.Run());
-    EXPECT_TRUE(capitals.Screens.Calls.contains(Q("RunSetupWizard 1")));
-    EXPECT_FALSE(capitals.Screens.Calls.join(u' ').contains(Q("RunPhonebookWizard")));
-    Start lower(machine, {Q("/wizard")});
-    EXPECT_TRUE(lower.Run());
-    EXPECT_TRUE(lower.Screens.Calls.contains(Q("RunSetupWizard 1")));
-    EXPECT_TRUE(lower.Screens.Calls.join(u' ').contains(Q("RunPhonebookWizard")));
-}
-
-TEST(EntryRoutine, TheConfigRowCanAskForThePhonebookWizard) {
-    TestMachine machine;
-    machine.StoreOffice();
-    machine.Office.ExecuteOnPhonebook(Q("UPDATE Config SET cfgRunWizard = 1"));
-    machine.Office.Pump.Calls.clear();
-    Start start(machine);
-    EXPECT_TRUE(start.Run());
-    EXPECT_TRUE(start.Screens.Calls.join(u' ').contains(Q("RunPhonebookWizard")));
-    EXPECT_EQ(machine.Office.Pump.Calls, (QList<int>{4, 2, 3, 3, 4, 2, 2}));
-}
-
-TEST(EntryRoutine, WithoutAConfigRowNoPhonebookWizardRuns) {
-    TestMachine machine;
-    machine.StoreOffice();
-    machine.Office.ExecuteOnPhonebook(Q("DROP TABLE Config"));
-    Start start(machine, {Q("/wizard")});
-    EXPECT_TRUE(start.Run());
-    EXPECT_FALSE(start.Screens.Calls.join(u' ').contains(Q("RunPhonebookWizard")));
-}
-
-TEST(EntryRoutine, AConfigWithoutARowDoesNotAskButTheCommandLineStillCan) {
-    TestMachine machine;
-    machine.StoreOffice();
-    machine.Office.ExecuteOnPhonebook(Q("DELETE FROM Config"));
-    Start plain(machine);
-    EXPECT_TRUE(plain.Run());
-    EXPECT_EQ(plain.Screens.Calls, WholeStart);
-    Start forced(machine, {Q("/wizard")});
-    EXPECT_TRUE(forced.Run());
-    EXPECT_TRUE(forced.Screens.Calls.contains(Q("RunPhonebookWizard 2")));
-}
-
-TEST(EntryRoutine, ASetupThatIsStillDueRunsThePhonebookWizardAsWell) {
-    TestMachine machine;
-    machine.StoreOffice();
-    AppContext context(machine.Seams());
-    context.AppSettings.SetApplication(Q("Larkspan Messenger"));
-    ASSERT_TRUE(mdlPhonebook::OpenPhonebook(context.Phonebook));
-    const CommandLine plain{QStringList()};
-    EXPECT_FALSE(mdlSetupWizard::IsPhonebookWizardDue(context, context.AppSettings, plain));
-    for (const auto& [value, isDue] : {std::pair(Q("1"), true), std::pair(Q("-1"), false),
-                                       std::pair(Q("True"), false), std::pair(Q("0"), false)}) {
-        TestMachine::Store(SettingNames::SectionSetup, SettingNames::RunWizard, value);
-        EXPECT_EQ(mdlSetupWizard::IsPhonebookWizardDue(context, context.AppSettings, plain), isDue)
-            << value.toStdString();
-    }
-}
-
-TEST(EntryRoutine, TheSetupWizardIsDueWhereItsSettingReadsAsTrue) {
-    for (const auto& [value, isDue] :
-         {std::pair(Q("1"), true), std::pair(Q("True"), true), std::pair(Q("-1"), true),
-          std::pair(Q("0"), false), std::pair(Q("False"), false), std::pair(Q("x"), false)}) {
-        TestMachine machine;
-        machine.StoreOffice();
-        TestMachine::Store(SettingNames::SectionSetup, SettingNames::RunWizard, value);
-        Start start(machine);
-        EXPECT_TRUE(start.Run());
-        EXPECT_EQ(start.Screens.Calls.contains(Q("RunSetupWizard 1")), isDue) << value.toStdString();
-    }
-}
-
 TEST(EntryRoutine, AnOutboxThatCannotBeOpenedIsPassedOverInSilence) {
     TestMachine machine;
     machine.StoreOffice();
     ASSERT_TRUE(QFile::remove(machine.Office.OutboxPath()));
     Start start(machine);
     EXPECT_TRUE(start.Run());
-    EXPECT_EQ(start.Screens.Calls, WholeStart);
+    EXPECT_EQ(start.Screens.Calls, Start::Whole());
     EXPECT_EQ(start.Context.MaxMessageSize, 160);
     EXPECT_TRUE(machine.Office.Boxes.Shown.isEmpty());
 }
@@ -326,7 +213,7 @@ TEST(EntryRoutine, APhonebookThatCannotBeOpenedShowsItsBoxAndTheStartGoesOn) {
     EXPECT_EQ(box.Icon, BoxIcon::Critical);
     EXPECT_TRUE(box.Text.startsWith(Q("The Phonebook could not be opened.\r\nGE:0x80004005")))
         << box.Text.toStdString();
-    EXPECT_EQ(start.Screens.Calls, WholeStart);
+    EXPECT_EQ(start.Screens.Calls, Start::Whole());
     EXPECT_EQ(start.Context.cfgVersion, 1);
     EXPECT_TRUE(start.Context.cfgCompany.isEmpty());
 }
@@ -398,7 +285,7 @@ TEST(EntryRoutine, TheDataOptionConfiguresTheFolderAndNoWizardIsNeeded) {
     TestMachine::Store(SettingNames::SectionDB, SettingNames::Contacts, Q("/somewhere/else.mdb"));
     Start start(machine, {Q("--data"), machine.Office.DataFolder.path()});
     EXPECT_TRUE(start.Run());
-    EXPECT_EQ(start.Screens.Calls, WholeStart);
+    EXPECT_EQ(start.Screens.Calls, Start::Whole());
     EXPECT_EQ(TestMachine::Stored(SettingNames::SectionDB, SettingNames::Outbox),
               machine.Office.DataFolder.path());
     EXPECT_EQ(start.Context.PhonebookDB->IsConnected(), true);

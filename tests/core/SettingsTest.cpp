@@ -34,7 +34,29 @@ protected:
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
 
+    /// Where the organisation's folder lies.
+    [[nodiscard]] QString FolderOfStores() const {
+        return QDir::cleanPath(QFileInfo(m_settings.FileName()).path() + u"/.."_s);
+    }
+
     Settings m_settings;
+};
+
+/// Settings of this process lie in a folder of their own as long as it lives, and then in `before` again.
+class SettingsAt {
+public:
+    explicit SettingsAt(const QString& before) : m_before(before) { Set(m_folder.path()); }
+    ~SettingsAt() { Set(m_before); }
+    SettingsAt(const SettingsAt&) = delete;
+    SettingsAt& operator=(const SettingsAt&) = delete;
+
+private:
+    static void Set(const QString& folder) {
+        QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, folder);
+    }
+
+    QString m_before;
+    QTemporaryDir m_folder;
 };
 
 }  // namespace
@@ -114,6 +136,26 @@ TEST_F(SettingsTest, ADamagedStoreGivesTheDefault) {
     file.write(QByteArray("\0\xFF[[[=\n==\n]Notify\nSound", 24));
     file.close();
     EXPECT_EQ(ReadAnew(u"Notify"_s, u"Sound"_s, u"0"_s), u"0"_s);
+}
+
+TEST_F(SettingsTest, InAReadOnlyFolderAValueLastsUntilTheEndAndTheStoreStaysWhole) {
+    const OrdinaryUser user;
+    const SettingsAt home(FolderOfStores());
+    m_settings.SetApplication(u"Larkspan Messenger"_s);
+    m_settings.SetValue(u"Notify"_s, u"Sound"_s, u"1"_s);
+    const QByteArray old = FileText();
+    ASSERT_TRUE(old.contains("Sound=1"));
+    const QString folder = QFileInfo(m_settings.FileName()).path();
+    const QStringList files = QDir(folder).entryList(QDir::Files | QDir::Hidden);
+    {
+        const ReadOnlyFolder readOnly(folder);
+        m_settings.SetValue(u"Notify"_s, u"Sound"_s, u"0"_s);
+        EXPECT_EQ(m_settings.GetValue(u"Notify"_s, u"Sound"_s, u"1"_s), u"0"_s);
+        EXPECT_EQ(FileText(), old);
+        EXPECT_EQ(QDir(folder).entryList(QDir::Files | QDir::Hidden), files);
+    }
+    m_settings.SetValue(u"Notify"_s, u"Interval"_s, u"30"_s);
+    EXPECT_TRUE(FileText().contains("Sound=0")) << "kept as soon as it can be";
 }
 
 TEST_F(SettingsTest, AFullDiskLeavesTheOldStore) {

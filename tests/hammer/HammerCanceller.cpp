@@ -1,5 +1,6 @@
 // A user who cancels what others have just sent: the real cancel, on numbers near the newest. Each number
-// whose cancel succeeded goes to standard output.
+// whose cancel succeeded goes to standard output, and at the end, which may be asked for, what the engine
+// met.
 //
 // usage: hammer_canceller OUTBOX HOME SECONDS
 
@@ -10,7 +11,11 @@
 #include <QRandomGenerator>
 #include <QTextStream>
 
+#include <csignal>
+
 namespace {
+
+volatile std::sig_atomic_t isStopping = 0;
 
 /// The newest message number; 0 in an empty outbox.
 qint32 Newest(HammerOffice& office) {
@@ -40,7 +45,8 @@ int main(int argc, char** argv) {
     QRandomGenerator random(20260307);
     QElapsedTimer timer;
     timer.start();
-    while (timer.elapsed() < arguments[3].toInt() * 1000) {
+    std::signal(SIGTERM, [](int) { isStopping = 1; });
+    while (isStopping == 0 && timer.elapsed() < arguments[3].toInt() * 1000) {
         const qint32 newest = Newest(office);
         if (newest == 0) {
             office.Time.Sleep(5);
@@ -55,5 +61,6 @@ int main(int argc, char** argv) {
         out.flush();
         office.Time.Sleep(static_cast<int>(random.bounded(10, 40)));
     }
+    office.Report(out);
     return 0;
 }

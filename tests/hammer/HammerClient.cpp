@@ -71,14 +71,14 @@ private:
     int m_ackFile;
 };
 
-void Report(const HammerOffice& office, const MessageTracker& tracker, int presses) {
+void Report(const HammerOffice& office, const MessageTracker& tracker, const QList<qint64>& presses) {
     QTextStream out(stdout);
-    const EngineObservations& seen = office.Engine.Seen;
-    out << "presses " << presses << "\nboxes " << office.Boxes.Count << "\ntransient "
-        << seen.TransientFailures << "\ntransientInARow " << seen.WorstTransientInARow << "\notherFailures "
-        << seen.OtherFailures << '\n';
-    for (const qint64 microseconds : seen.InsertMicroseconds) {
+    office.Report(out);
+    for (const qint64 microseconds : office.Engine.Seen.InsertMicroseconds) {
         out << "insert " << microseconds << '\n';
+    }
+    for (const qint64 microseconds : presses) {
+        out << "press " << microseconds << '\n';
     }
     for (int slot = 0; slot < MessageTracker::SlotCount; ++slot) {
         const MessageTracker::Slot& entry = tracker.SlotAt(slot);
@@ -111,11 +111,14 @@ int main(int argc, char** argv) {
 
     QElapsedTimer timer;
     timer.start();
-    int presses = 0;
+    QList<qint64> presses;  // microseconds of each
     qint32 newest = 0;
     while (timer.elapsed() < arguments[4].toInt() * 1000 && newest < LastNumber) {
-        composition.Fill(arguments[3], ++presses, arguments[5].toInt());
+        composition.Fill(arguments[3], static_cast<int>(presses.size()) + 1, arguments[5].toInt());
+        QElapsedTimer press;
+        press.start();
         Dispatch::DoSend(services, composition, office.Time.Now(), true);
+        presses.append(press.nsecsElapsed() / 1000);
         (void)tracker.Update();
         for (int slot = 0; slot < MessageTracker::SlotCount; ++slot) {
             newest = std::max(newest, tracker.SlotAt(slot).msgID);

@@ -11,6 +11,8 @@
 
 #include "hammer/ObservedEngine.h"
 
+#include <QTextStream>
+
 #include <cstdio>
 
 /// Folders of a process under load: its local files lie in a home of its own.
@@ -47,6 +49,13 @@ public:
         State.OutboxDB = std::make_unique<DB>(Database);
         State.OutboxDB->Filename = outboxFile;
         State.MaxMessageSize = 459;
+    }
+
+    /// What this process met, a word and a number a line.
+    void Report(QTextStream& out) const {
+        const EngineObservations& seen = Engine.Seen;
+        out << "boxes " << Boxes.Count << "\ntransient " << seen.TransientFailures << "\ntransientInARow "
+            << seen.WorstTransientInARow << "\notherFailures " << seen.OtherFailures << '\n';
     }
 
     ObservedFactory Engine;

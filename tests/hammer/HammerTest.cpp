@@ -19,6 +19,8 @@
 
 namespace {
 
+constexpr int Clients = 4;
+
 bool IsLong() {
     return qEnvironmentVariableIsSet("LARKSPAN_TEST_LONG");
 }
@@ -67,12 +69,14 @@ protected:
         gateway.terminate();
         EXPECT_TRUE(gateway.waitForFinished(20000)) << "the gateway hung";
         EXPECT_EQ(gateway.exitStatus(), QProcess::NormalExit);
+        EXPECT_EQ(gateway.exitCode(), 0) << gateway.readAllStandardError().toStdString();
     }
 };
 
 struct LoadTotals {
     int Rounds = 0;
     int Rows = 0;
+    int Reports = 0;  // of processes that came to their end
     int Boxes = 0;
     int Transient = 0;
     int WorstTransientInARow = 0;
@@ -80,7 +84,8 @@ struct LoadTotals {
     int Holds = 0;           // of the outbox by the backup
     qint64 LongestHold = 0;  // ms
     double Seconds = 0;
-    QList<qint64> Inserts;
+    QList<qint64> Inserts;  // microseconds of one row each
+    QList<qint64> Presses;  // microseconds of whole sends
 };
 
 void AddReport(const QByteArray& report, const ThirdReader& reader, ThirdReader::Findings& findings,
@@ -98,30 +103,38 @@ void AddReport(const QByteArray& report, const ThirdReader& reader, ThirdReader:
             totals.WorstTransientInARow = std::max(totals.WorstTransientInARow, value.toInt());
         } else if (word == u"otherFailures") {
             EXPECT_EQ(value.toInt(), 0) << "failures that are no locks";
+            ++totals.Reports;
         } else if (word == u"insert") {
             totals.Inserts.append(value.toLongLong());
+        } else if (word == u"press") {
+            totals.Presses.append(value.toLongLong());
         } else if (word == u"tracked") {
             reader.CountTracked(value.toInt(), text.section(u' ', 2, 2), findings);
         }
     }
 }
 
-void Print(const LoadTotals& totals, const ThirdReader::Findings& findings) {
-    QList<qint64> sorted = totals.Inserts;
-    std::sort(sorted.begin(), sorted.end());
-    const auto at = [&sorted](double part) {
-        return sorted.isEmpty()
+void PrintTimes(const char* what, QList<qint64> microseconds, double seconds) {
+    std::sort(microseconds.begin(), microseconds.end());
+    const auto at = [&microseconds](double part) {
+        const auto last = static_cast<double>(microseconds.size() - 1);
+        return microseconds.isEmpty()
                    ? 0.0
-                   : static_cast<double>(
-                         sorted[static_cast<qsizetype>(part * static_cast<double>(sorted.size() - 1))]) /
-                         1000.0;
+                   : static_cast<double>(microseconds[static_cast<qsizetype>(part * last)]) / 1000.0;
     };
+    std::printf("    %-7s %7lld, %6.1f a second; p50 %.1f ms, p99 %.1f ms, worst %.1f ms\n", what,
+                static_cast<long long>(microseconds.size()),
+                static_cast<double>(microseconds.size()) / seconds, at(0.5), at(0.99), at(1.0));
+}
+
+void Print(const LoadTotals& totals, const ThirdReader::Findings& findings) {
+    std::printf("    %d round(s), %d rows in %.1f s by %d clients with 1 to %d recipients a send\n",
+                totals.Rounds, totals.Rows, totals.Seconds, Clients, Clients);
+    PrintTimes("sends", totals.Presses, totals.Seconds);
+    PrintTimes("inserts", totals.Inserts, totals.Seconds);
     std::printf(
-        "    %d round(s), %d rows in %.1f s: %.0f sends a second; insert p50 %.1f ms, p99 %.1f ms, worst "
-        "%.1f ms\n"
         "    lost %d, doubled %d, wrong status %d, canceled and sent %d; canceled %d; lock conflicts that "
         "outlasted the engine's wait: %d; held by a backup %d times, at most %lld ms\n",
-        totals.Rounds, totals.Rows, totals.Seconds, totals.Rows / totals.Seconds, at(0.5), at(0.99), at(1.0),
         findings.Lost, findings.Doubled, findings.WrongStatus, findings.CanceledAndSent, totals.Canceled,
         totals.Transient, totals.Holds, static_cast<long long>(totals.LongestHold));
 }
@@ -148,11 +161,12 @@ protected:
         EXPECT_EQ(findings.CanceledAndSent, 0) << examples;
         EXPECT_LT(totals.WorstTransientInARow, 3) << "retries ran out";
         EXPECT_EQ(totals.Boxes, 0);
+        EXPECT_EQ(totals.Reports, totals.Rounds * (Clients + 1)) << "a client or the canceller told nothing";
         return totals;
     }
 
 private:
-    /// Four clients, the gateway, a canceller and, if asked for, a backup on a fresh outbox until the clients
+    /// The clients, the gateway, a canceller and, if asked for, a backup on a fresh outbox until the clients
     /// end by themselves.
     void RunRound(int round, int seconds, LoadTotals& totals, ThirdReader::Findings& findings) {
         QFile::remove(Outbox());
@@ -172,7 +186,7 @@ private:
         }
         QElapsedTimer timer;
         timer.start();
-        for (int client = 1; client <= 4; ++client) {
+        for (int client = 1; client <= Clients; ++client) {
             const QString tag = QStringLiteral("r%1c%2").arg(round).arg(client);
             StartClient(tag, QStringLiteral("home-") + tag, seconds, client);
         }
@@ -184,14 +198,7 @@ private:
             EXPECT_EQ(client->exitCode(), 0) << client->readAllStandardError().toStdString();
         }
         totals.Seconds += static_cast<double>(timer.elapsed()) / 1000.0;
-        // Clients end before their time when the numbers run out; the canceller does not.
-        if (canceller.waitForFinished(3000)) {
-            EXPECT_EQ(canceller.exitStatus(), QProcess::NormalExit);
-            EXPECT_EQ(canceller.exitCode(), 0);
-        } else {
-            canceller.terminate();
-            EXPECT_TRUE(canceller.waitForFinished(20000)) << "the canceller hung";
-        }
+        StopCanceller(canceller);
         if (m_hasBackup) {
             backup.terminate();
             EXPECT_TRUE(backup.waitForFinished(20000)) << "the backup hung";
@@ -201,6 +208,15 @@ private:
         EXPECT_GT(QFile(Journal()).size(), 0) << "the gateway took nothing";
         Count(canceller.readAllStandardOutput(), totals, findings);
     }
+    /// Clients end before their time when the numbers run out; the canceller is asked to.
+    static void StopCanceller(QProcess& canceller) {
+        if (!canceller.waitForFinished(3000)) {
+            canceller.terminate();
+            EXPECT_TRUE(canceller.waitForFinished(20000)) << "the canceller hung";
+        }
+        EXPECT_EQ(canceller.exitStatus(), QProcess::NormalExit);
+        EXPECT_EQ(canceller.exitCode(), 0);
+    }
 
     static void CountHolds(const QByteArray& report, LoadTotals& totals) {
         for (const QByteArray& line : report.split('\n')) {
@@ -209,6 +225,7 @@ private:
             totals.LongestHold = std::max(totals.LongestHold, held);
         }
     }
+    /// `cancellations` is the report of the canceller.
     void Count(const QByteArray& cancellations, LoadTotals& totals, ThirdReader::Findings& findings) {
         const ThirdReader reader(Outbox());
         EXPECT_TRUE(reader.IsWhole());
@@ -226,6 +243,7 @@ private:
             }
         }
         reader.CountCanceled(canceled, Journal(), findings);
+        AddReport(cancellations, reader, findings, totals);
         for (const auto& client : m_clients) {
             AddReport(client->readAllStandardOutput(), reader, findings, totals);
         }

@@ -1,33 +1,9 @@
+#include "support/BrokenDisk.h"
 #include "tracking/HistoryFixture.h"
 
 #include <QDir>
 
-#include <csignal>
-
-#include <sys/resource.h>
-
 namespace {
-
-/// No file of this process grows beyond `bytes` while this lives: a write then stops short, as on a full
-/// disk.
-class FullDisk {
-public:
-    explicit FullDisk(rlim_t bytes) : m_handler(std::signal(SIGXFSZ, SIG_IGN)) {
-        getrlimit(RLIMIT_FSIZE, &m_before);
-        const rlimit limit{bytes, m_before.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FullDisk() {
-        setrlimit(RLIMIT_FSIZE, &m_before);
-        std::signal(SIGXFSZ, m_handler);
-    }
-    FullDisk(const FullDisk&) = delete;
-    FullDisk& operator=(const FullDisk&) = delete;
-
-private:
-    rlimit m_before{};
-    void (*m_handler)(int);
-};
 
 /// The history of a workstation on which writes fail: three messages are in it.
 class HistoryFailureTest : public HistoryFixture {
@@ -54,6 +30,12 @@ private:
     QByteArray m_history;
     QByteArray m_log;
 };
+
+/// Comes before the folders of the test, so that they belong to this account.
+struct AsOrdinaryUser {
+    OrdinaryUser User;
+};
+class HistoryOfAnOrdinaryUser : public AsOrdinaryUser, public HistoryFailureTest {};
 
 }  // namespace
 
@@ -85,9 +67,9 @@ TEST_F(HistoryFailureTest, OnlyTheHistoryCannotBeWrittenAndTheLogGainsItsLine) {
 
 TEST_F(HistoryFailureTest, AFullDiskLeavesTheOldFilesWholeAtEveryByte) {
     const QByteArray newLine = QByteArrayLiteral("4,20260307120000,\"Aoife Brennan\",\"Hello\"\r\n");
-    const auto logSize = static_cast<rlim_t>(OldLog().size());
-    for (const rlim_t room :
-         {rlim_t{0}, rlim_t{1}, logSize, logSize + 1, logSize + 20, rlim_t{1069}, rlim_t{4275}}) {
+    const qint64 logSize = OldLog().size();
+    for (const qint64 room :
+         {qint64{0}, qint64{1}, logSize, logSize + 1, logSize + 20, qint64{1069}, qint64{4275}}) {
         Write(HistoryPath(), OldHistory());
         Write(LogPath(), OldLog());
         {
@@ -95,7 +77,7 @@ TEST_F(HistoryFailureTest, AFullDiskLeavesTheOldFilesWholeAtEveryByte) {
             Add(4);
         }
         EXPECT_EQ(Bytes(HistoryPath()), OldHistory()) << "room for " << room;
-        const bool hasRoomForLine = room >= logSize + static_cast<rlim_t>(newLine.size());
+        const bool hasRoomForLine = room >= logSize + newLine.size();
         EXPECT_EQ(Bytes(LogPath()), hasRoomForLine ? OldLog() + newLine : OldLog()) << "room for " << room;
     }
     {
@@ -112,6 +94,23 @@ TEST_F(HistoryFailureTest, AFullDiskLeavesNothingBesideTheFiles) {
         Add(4);
     }
     EXPECT_EQ(QDir(Folders.Root.path()).entryList(QDir::Files | QDir::Hidden), before);
+}
+
+TEST_F(HistoryOfAnOrdinaryUser, InAReadOnlyFolderKeepsItsOldRecordsAndTheLogGoesOn) {
+    const QDir folder(Folders.Root.path());
+    const QStringList files = folder.entryList(QDir::Files | QDir::Hidden);
+    {
+        const ReadOnlyFolder readOnly(folder.path());
+        Add(4);
+        EXPECT_EQ(Bytes(HistoryPath()), OldHistory());
+        EXPECT_EQ(Bytes(LogPath()).left(OldLog().size()), OldLog());
+        EXPECT_EQ(Bytes(LogPath()).count("\r\n"), 4) << "the log itself can be written";
+        History.ClearHistory();
+        EXPECT_EQ(Bytes(HistoryPath()), OldHistory());
+        EXPECT_EQ(folder.entryList(QDir::Files | QDir::Hidden), files);
+    }
+    Add(5);
+    EXPECT_EQ(IDs(), (QList<qint32>{5, 3, 2, 1}));
 }
 
 TEST_F(HistoryFailureTest, AFileThatCannotBeReadNowKeepsItsRecords) {

@@ -1,6 +1,7 @@
 #include "store/engine/contract/EngineContext.h"
 
 #include "store/engine/sqlite/OfficeFiles.h"
+#include "support/BrokenDisk.h"
 
 #include <QFile>
 #include <QProcess>
@@ -8,11 +9,8 @@
 
 #include <sqlite3.h>
 
-#include <sys/resource.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
-#include <csignal>
 #include <cstring>
 #include <stdexcept>
 
@@ -54,51 +52,46 @@ private:
     Peer m_peer;
 };
 
-/// Also for root, whom permissions do not stop: the process is somebody else as long as it lives.
-class ReadOnlyFolder final : public EngineContext::Lock {
+/// A folder and some of its files that nobody may write, as far as permissions go.
+class ReadOnlyModes {
 public:
-    ReadOnlyFolder(const QString& folder, const QStringList& files) : m_folder(QFile::encodeName(folder)) {
+    ReadOnlyModes(const QString& folder, const QStringList& files) : m_folder(QFile::encodeName(folder)) {
         for (const QString& file : files) {
             m_files.append(QFile::encodeName(file));
             chmod(m_files.last().constData(), 0444);
         }
         chmod(m_folder.constData(), 0555);
-        if (m_user == 0) {
-            constexpr uid_t Nobody = 65534;
-            EXPECT_EQ(seteuid(Nobody), 0);
-        }
     }
-    ~ReadOnlyFolder() override {
-        EXPECT_EQ(seteuid(m_user), 0);
+    ~ReadOnlyModes() {
         chmod(m_folder.constData(), 0755);
         for (const QByteArray& file : m_files) {
             chmod(file.constData(), 0644);
         }
     }
+    ReadOnlyModes(const ReadOnlyModes&) = delete;
+    ReadOnlyModes& operator=(const ReadOnlyModes&) = delete;
 
 private:
     QByteArray m_folder;
     QList<QByteArray> m_files;
-    uid_t m_user = geteuid();
 };
 
-class FullDisk final : public EngineContext::Lock {
+/// Also for the administrator, whom permissions do not stop: this process is somebody else meanwhile.
+class ReadOnlyOutbox final : public EngineContext::Lock {
 public:
-    explicit FullDisk(qint64 size) {
-        m_oldHandler = std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &m_old);
-        rlimit limit = m_old;
-        limit.rlim_cur = static_cast<rlim_t>(size);
-        EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
-    }
-    ~FullDisk() override {
-        setrlimit(RLIMIT_FSIZE, &m_old);
-        std::signal(SIGXFSZ, m_oldHandler);
-    }
+    ReadOnlyOutbox(const QString& folder, const QStringList& files) : m_modes(folder, files) {}
 
 private:
-    rlimit m_old{};
-    void (*m_oldHandler)(int) = nullptr;
+    ReadOnlyModes m_modes;
+    OrdinaryUser m_user;  // ends before the modes are put back
+};
+
+class FullOutbox final : public EngineContext::Lock {
+public:
+    explicit FullOutbox(qint64 size) : m_disk(size) {}
+
+private:
+    FullDisk m_disk;
 };
 
 sqlite3_mem_methods& SystemMemory() {
@@ -150,11 +143,11 @@ public:
         return std::make_unique<LockOfAnother>(Outbox(), QStringLiteral("BEGIN EXCLUSIVE"));
     }
     [[nodiscard]] std::unique_ptr<Lock> MakeReadOnly() override {
-        return std::make_unique<ReadOnlyFolder>(m_folder.path(),
+        return std::make_unique<ReadOnlyOutbox>(m_folder.path(),
                                                 QStringList{Outbox(), Outbox() + QStringLiteral("-journal")});
     }
     [[nodiscard]] std::unique_ptr<Lock> FillDisk() override {
-        return std::make_unique<FullDisk>(QFile(Outbox()).size());
+        return std::make_unique<FullOutbox>(QFile(Outbox()).size());
     }
     void DieWhileWriting(const QString& text) override {
         // A cache of one page makes the change reach the file long before its end.
