@@ -1,6 +1,7 @@
 #include "compose/frmGetTime.h"
 
 #include "controls/FormTools.h"
+#include "controls/WheelGuard.h"
 #include "platform/Clock.h"
 
 #include <QDateEdit>
@@ -17,6 +18,8 @@ frmGetTime::frmGetTime(const Clock& clock, QWidget* parent)
     m_dtDate->setCalendarPopup(true);
     m_dtTime->setObjectName(QStringLiteral("dtTime"));
     m_dtTime->setAccessibleName(QStringLiteral("Time to send at"));
+    new WheelGuard(*m_dtDate);
+    new WheelGuard(*m_dtTime);
 
     auto* buttons = new QDialogButtonBox(this);
     QPushButton* ok = buttons->addButton(QStringLiteral("OK"), QDialogButtonBox::AcceptRole);
