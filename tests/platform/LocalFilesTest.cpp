@@ -16,6 +16,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+const QByteArray Old(5000, 'o');
+const QByteArray New(267250, 'n');
+
 mode_t ModeOf(const QString& path) {
     struct stat status {};
     EXPECT_EQ(stat(path.toLocal8Bit().constData(), &status), 0);
@@ -34,13 +37,22 @@ protected:
             .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
     }
 
+    /// Modes of a file that Replace makes and of one that Append makes in the folder once it has this mode.
+    QList<mode_t> ModesOfNewFilesIn(mode_t folder, mode_t mask) {
+        EXPECT_EQ(chmod(m_folder.path().toLocal8Bit().constData(), folder), 0);
+        const mode_t maskBefore = umask(mask);
+        EXPECT_TRUE(m_files.Replace(In(u"replaced"_s), New));
+        EXPECT_TRUE(m_files.Append(In(u"appended"_s), New));
+        umask(maskBefore);
+        const QList<mode_t> modes = {ModeOf(In(u"replaced"_s)), ModeOf(In(u"appended"_s))};
+        EXPECT_TRUE(m_files.Remove(In(u"replaced"_s)) && m_files.Remove(In(u"appended"_s)));
+        return modes;
+    }
+
     OrdinaryUser m_user;
     QTemporaryDir m_folder;
     DiskFiles m_files;
 };
-
-const QByteArray Old(5000, 'o');
-const QByteArray New(267250, 'n');
 
 }  // namespace
 
@@ -95,6 +107,24 @@ TEST_F(LocalFilesTest, ReplaceKeepsTheModeOfTheOldFile) {
     ASSERT_EQ(chmod(In(u"a"_s).toLocal8Bit().constData(), 0664), 0);
     ASSERT_TRUE(m_files.Replace(In(u"a"_s), New));
     EXPECT_EQ(ModeOf(In(u"a"_s)), 0664U);
+}
+
+TEST_F(LocalFilesTest, WhatIsMadeInASharedFolderIsSharedLikeTheFolder) {
+    for (const auto& [folder, file] :
+         {std::pair(02775U, 0664U), std::pair(02770U, 0660U), std::pair(0777U, 0666U)}) {
+        for (const mode_t mask : {0022U, 0002U, 0077U}) {
+            EXPECT_EQ(ModesOfNewFilesIn(folder, mask), (QList<mode_t>{file, file})) << folder << ' ' << mask;
+        }
+    }
+}
+
+TEST_F(LocalFilesTest, WhatIsMadeInAPrivateOrTemporaryFolderIsTheUsersOwn) {
+    for (const mode_t folder : {0700U, 0755U, 01777U, 03775U}) {
+        for (const mode_t mask : {0022U, 0000U}) {
+            EXPECT_EQ(ModesOfNewFilesIn(folder, mask), (QList<mode_t>{0600U, 0600U}))
+                << folder << ' ' << mask;
+        }
+    }
 }
 
 TEST_F(LocalFilesTest, AReaderThatHasTheOldFileOpenKeepsTheOldBytes) {
