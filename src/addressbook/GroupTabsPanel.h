@@ -18,7 +18,7 @@ class TabControl;
 class GroupTabsPanel : public QWidget {
     Q_OBJECT
 public:
-    /// What the menu of a tab hands to AddNewGroup for both coordinates: the place of the click counts.
+    /// What the menu of a tab hands to AddNewGroup for both coordinates.
     static constexpr int StoredPosition = -1000;
 
     /// `content` is shown below the group tabs, and the letters stand beside its list.

@@ -47,7 +47,8 @@ public:
     void ShowAlphaGroup(const QString& letter);
     /// `groupID` is the number of a group tab.
     void ShowGroupMembers(qint32 groupID);
-    /// Builds the rows anew from `contacts`, which must stand behind them until the next filling.
+    /// One row a contact, in the order of `contacts`, which is kept by reference and has to live until the
+    /// next filling: a row is made when it is first looked at.
     void FillContactList(const ContactList& contacts);
     /// Brings both lists in line with an edited contact. The recipient's row follows the row of this list,
     /// so one that is not listed here keeps its row; the recipient's own data are updated either way.

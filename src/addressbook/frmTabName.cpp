@@ -27,6 +27,14 @@ void frmTabName::SetEditValue(const QString& value) {
     FormTools::CaretToEnd(*m_ui->txtName);
 }
 
+void frmTabName::setVisible(bool isVisible) {
+    QDialog::setVisible(isVisible);
+    if (isVisible) {
+        // The first focus of a dialog selects the whole text.
+        m_ui->txtName->end(false);
+    }
+}
+
 bool frmTabName::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() != QEvent::KeyPress) {
         return QDialog::eventFilter(watched, event);

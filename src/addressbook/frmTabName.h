@@ -24,8 +24,10 @@ public:
     [[nodiscard]] bool IsCanceled() const { return m_isCanceled; }
     /// Without blanks at its ends.
     [[nodiscard]] QString EditValue() const;
-    /// Without blanks at its ends; the caret goes behind the text.
+    /// Without blanks at its ends; the caret goes behind the text, and stands there when the
+    /// dialog appears.
     void SetEditValue(const QString& value);
+    void setVisible(bool isVisible) override;
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

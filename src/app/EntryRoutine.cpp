@@ -13,6 +13,7 @@
 #include "platform/Clock.h"
 #include "platform/EventPump.h"
 #include "platform/Folders.h"
+#include "platform/LocalFiles.h"
 #include "platform/MessageBoxes.h"
 #include "platform/SuppliedFiles.h"
 #include "platform_ui/Instance.h"
@@ -90,11 +91,29 @@ void EntryRoutine::CreateSettings() {
     Settings& settings = m_context.AppSettings;
     settings.SetApplication(Product::AppTitle);
     if (!m_commandLine.DataFolder.isEmpty()) {
-        settings.SetValue(SettingNames::SectionDB, SettingNames::Outbox, m_commandLine.DataFolder);
-        settings.SetValue(SettingNames::SectionDB, SettingNames::Contacts, QString());
-        mdlSetupWizard::SetSetupFinished(settings);
+        TakeDataFolder();
     }
     FolderReport::Write(m_machine, settings.FileName());
+}
+
+void EntryRoutine::TakeDataFolder() {
+    Settings& settings = m_context.AppSettings;
+    const QString& folder = m_commandLine.DataFolder;
+    const bool hasPhonebook =
+        m_machine.Files.Exists(Text::WithBackslash(folder) + QStringLiteral("smscontacts.mdb"));
+    const QString contacts = settings.GetValue(SettingNames::SectionDB, SettingNames::Contacts, QString());
+    if (!hasPhonebook && !m_machine.Files.Exists(contacts)) {
+        m_isEnding = true;
+        const QString text =
+            QStringLiteral("There is no smscontacts.mdb in %1.\r\nThe settings stay as they are.");
+        m_machine.Boxes.Show({Product::AppTitle, text.arg(folder), BoxIcon::Critical, BoxButtons::Ok});
+        return;
+    }
+    settings.SetValue(SettingNames::SectionDB, SettingNames::Outbox, folder);
+    if (hasPhonebook) {
+        settings.SetValue(SettingNames::SectionDB, SettingNames::Contacts, QString());
+    }
+    mdlSetupWizard::SetSetupFinished(settings);
 }
 
 void EntryRoutine::CheckSetupWizard() {

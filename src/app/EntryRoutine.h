@@ -49,8 +49,8 @@ public:
     /// The nineteen steps in their order; Run runs them.
     [[nodiscard]] StepTable Steps();
     /// True if the process lives on in the main window's event loop, false if it is to end at once: there is
-    /// another copy, the setup was canceled, the main window was closed while the start let events through,
-    /// or it did not come up at all, which a box has told.
+    /// another copy, the setup was canceled, --data names a folder without a phonebook, the main window was
+    /// closed while the start let events through, or it did not come up at all, which a box has told.
     [[nodiscard]] bool Run();
 
 private:
@@ -58,6 +58,10 @@ private:
     void StartFileLog();
     void CheckPreviousInstance();
     void CreateSettings();
+    /// Writes what --data asks for. The folder's own phonebook counts; one that lies elsewhere stays in use
+    /// if the folder has none. With neither there is nothing to work with: a box says so, no setting is
+    /// touched, and the program ends.
+    void TakeDataFolder();
     void CheckSetupWizard();
     void ShowSplash();
     void OpenOutbox();

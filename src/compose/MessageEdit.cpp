@@ -1,5 +1,7 @@
 #include "compose/MessageEdit.h"
 
+#include "controls/ModalDoor.h"
+
 #include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QMimeData>
@@ -108,7 +110,7 @@ void MessageEdit::Select(int start, int length) {
 }
 
 bool MessageEdit::canInsertFromMimeData(const QMimeData* source) const {
-    return source->hasText();
+    return source->hasText() && !IsKeyData(*source);
 }
 
 void MessageEdit::insertFromMimeData(const QMimeData* source) {

@@ -5,7 +5,9 @@
 #include "compose/MessageBar.h"
 #include "compose/MessageEdit.h"
 #include "compose/MessageSize.h"
+#include "controls/DropGuard.h"
 #include "controls/Icons.h"
+#include "controls/WheelGuard.h"
 #include "core/Log.h"
 #include "core/NumberedFailure.h"
 #include "core/Numbers.h"
@@ -123,6 +125,8 @@ void MessagePanel::BuildTailFrame() {
     row->addWidget(m_txtEndWidth, 1);
     row->addWidget(m_cbTails, 1);
 
+    new DropGuard(*m_txtEndWidth);
+    new WheelGuard(*m_cbTails);  // another tail may cut the message
     connect(m_txtEndWidth, &QLineEdit::textChanged, this, &MessagePanel::StateChanged);
     connect(m_cbTails, &QComboBox::currentIndexChanged, this, &MessagePanel::ShowRemainingChars);
 }

@@ -1,6 +1,7 @@
 #include "compose/frmGetTime.h"
 
 #include "controls/FormTools.h"
+#include "controls/WheelGuard.h"
 #include "platform/Clock.h"
 #include "ui_frmGetTime.h"
 
@@ -9,6 +10,8 @@
 frmGetTime::frmGetTime(const Clock& clock, QWidget* parent)
     : QDialog(parent), m_ui(std::make_unique<Ui::frmGetTime>()) {
     m_ui->setupUi(this);
+    new WheelGuard(*m_ui->dtDate);
+    new WheelGuard(*m_ui->dtTime);
     QPushButton* const ok = m_ui->buttons->button(QDialogButtonBox::Ok);
     ok->setObjectName(QStringLiteral("cmdOK"));
     QPushButton* const cancel = m_ui->buttons->button(QDialogButtonBox::Cancel);

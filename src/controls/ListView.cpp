@@ -241,7 +241,7 @@ void ListView::mouseReleaseEvent(QMouseEvent* event) {
 void ListView::startDrag(Qt::DropActions) {
     const QString text = DragText();
     if (!text.isEmpty()) {
-        RunTextDrag(*this, text);
+        RunKeyDrag(*this, text);
     }
 }
 

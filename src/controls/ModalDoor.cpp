@@ -8,6 +8,12 @@
 #include <QMimeData>
 #include <QPointer>
 
+namespace {
+
+const QString KeysFormat = QStringLiteral("application/x-larkspan-keys");
+
+}  // namespace
+
 void ScreenModalDoor::ShowModal(QDialog& dialog, QWidget* owner) {
     const QPointer<QDialog> guard(&dialog);
     QWidget* parentBefore = dialog.parentWidget();
@@ -33,10 +39,19 @@ QAction* ScreenModalDoor::ShowMenu(QMenu& menu, const QPoint& position) {
     return menu.exec(position);
 }
 
-void RunTextDrag(QWidget& source, const QString& text) {
-    auto* data = new QMimeData;
-    data->setText(text);
+void RunKeyDrag(QWidget& source, const QString& keys) {
     auto* drag = new QDrag(&source);  // Qt deletes it when the drag has ended
-    drag->setMimeData(data);
+    drag->setMimeData(NewKeyData(keys).release());
     drag->exec(Qt::CopyAction, Qt::CopyAction);
+}
+
+std::unique_ptr<QMimeData> NewKeyData(const QString& keys) {
+    auto data = std::make_unique<QMimeData>();
+    data->setText(keys);
+    data->setData(KeysFormat, "1");
+    return data;
+}
+
+bool IsKeyData(const QMimeData& data) {
+    return data.hasFormat(KeysFormat);
 }

@@ -3,9 +3,12 @@
 #include <QPoint>
 #include <QString>
 
+#include <memory>
+
 class QAction;
 class QDialog;
 class QMenu;
+class QMimeData;
 class QWidget;
 
 /// The one way by which anything modal is shown: dialogs and popup menus. A seam, so that a test can answer.
@@ -26,6 +29,11 @@ public:
     QAction* ShowMenu(QMenu& menu, const QPoint& position) override;
 };
 
-/// Drags `text` (text/plain, copy only) out of `source` until it is dropped or given up: the third thing that
-/// waits in a loop of its own.
-void RunTextDrag(QWidget& source, const QString& text);
+/// Drags the keys of rows (text/plain, copy only) out of `source` until they are dropped or given up: the
+/// third thing that waits in a loop of its own.
+void RunKeyDrag(QWidget& source, const QString& keys);
+/// What such a drag carries: the keys as a text, marked as the program's own.
+[[nodiscard]] std::unique_ptr<QMimeData> NewKeyData(const QString& keys);
+/// True for data that is so marked. Keys mean something to lists and tabs, and nothing to whoever reads a
+/// text.
+[[nodiscard]] bool IsKeyData(const QMimeData& data);

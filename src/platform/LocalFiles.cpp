@@ -122,6 +122,44 @@ QByteArray TemporaryName(const QByteArray& folder) {
     return (folder.endsWith('/') ? folder : folder + '/') + ".larkspan-" + number;
 }
 
+/// What a new file in a folder looks like: for the user alone where the folder is the user's own, or
+/// everyone's like the one for temporary files. A folder that others may write to is shared, and so is what
+/// lies in it: the file gets the folder's rights and, if the account may, its group.
+class NewFileRights {
+public:
+    explicit NewFileRights(const QByteArray& folder) {
+        struct stat status {};
+        if (stat(folder.constData(), &status) == 0 && (status.st_mode & S_ISVTX) == 0 &&
+            (status.st_mode & (S_IWGRP | S_IWOTH)) != 0) {
+            m_mode = status.st_mode & 0666U;
+            m_group = status.st_gid;
+        }
+    }
+
+    [[nodiscard]] mode_t Mode() const { return m_mode; }
+    /// Gives back what the mask of the process has taken off. Some network file systems have rights of their
+    /// own and refuse: their file is as good.
+    void Give(int descriptor) const {
+        struct stat own {};
+        if (m_mode == PrivateMode || fstat(descriptor, &own) != 0) {
+            return;
+        }
+        const bool isInGroup = own.st_gid == m_group || fchown(descriptor, NoChange, m_group) == 0;
+        // The rights of the folder's group are not those of whichever group the account happens to have.
+        const mode_t mode = isInGroup ? m_mode : (m_mode & ~0060U) | ((m_mode & 0006U) << 3U);
+        if ((own.st_mode & 0777U) != mode) {
+            [[maybe_unused]] const int ignored = fchmod(descriptor, mode);
+        }
+    }
+
+private:
+    static constexpr mode_t PrivateMode = 0600;
+    static constexpr uid_t NoChange = static_cast<uid_t>(-1);
+
+    mode_t m_mode = PrivateMode;
+    gid_t m_group = 0;
+};
+
 /// A file in the folder that gets its name only once it is whole. Without a name it vanishes by itself when
 /// the program is killed; file systems that know no such files (network ones) get one with a name.
 class NewFile {
@@ -149,14 +187,21 @@ public:
     }
 
 private:
-    /// Mode and, as far as the account may, owner and group of the file that is replaced.
+    /// Mode and, as far as the account may, owner and group of the file that is replaced; those that suit the
+    /// folder if there was none.
     bool TakeOver(const struct stat* old) {
         struct stat own {};
-        if (old == nullptr || fstat(m_file.Number(), &own) != 0) {
-            return old == nullptr;
+        if (old == nullptr) {
+            NewFileRights(m_folder).Give(m_file.Number());
+            return true;
         }
-        if (own.st_uid != old->st_uid || own.st_gid != old->st_gid) {
-            [[maybe_unused]] const int ignored = fchown(m_file.Number(), old->st_uid, old->st_gid);
+        if (fstat(m_file.Number(), &own) != 0) {
+            return false;
+        }
+        // Whoever may not give a file to somebody else may still give it to a group of his own.
+        if ((own.st_uid != old->st_uid || own.st_gid != old->st_gid) &&
+            fchown(m_file.Number(), old->st_uid, old->st_gid) != 0) {
+            [[maybe_unused]] const int ignored = fchown(m_file.Number(), own.st_uid, old->st_gid);
         }
         return own.st_mode == old->st_mode || fchmod(m_file.Number(), old->st_mode & 07777U) == 0;
     }
@@ -227,7 +272,9 @@ bool DiskFiles::Append(const QString& path, const QByteArray& bytes) {
     Descriptor file(OpenFile(target, O_WRONLY | O_APPEND));
     const bool isNew = !file.IsOpen() && errno == ENOENT;
     if (isNew) {
-        file.Reset(OpenFile(target, O_WRONLY | O_APPEND | O_CREAT, 0600));
+        const NewFileRights rights(FolderOf(BehindLinks(target)));
+        file.Reset(OpenFile(target, O_WRONLY | O_APPEND | O_CREAT, rights.Mode()));
+        rights.Give(file.Number());
     }
     if (!file.IsOpen()) {
         return false;

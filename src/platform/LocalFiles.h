@@ -9,6 +9,10 @@
 
 /// The small files that the program keeps beside itself. All paths go through NativePath. A seam, so that a
 /// test can let any write fail after any number of bytes. Folders are no files.
+///
+/// A new file is its user's own (mode 0600) in a folder that only its owner may write to, or that is sticky
+/// like the one for temporary files. In a folder that is shared it can be read and written by whom the folder
+/// lets in: the users of one installation share its files.
 class LocalFiles {
 public:
     virtual ~LocalFiles() = default;
@@ -19,15 +23,15 @@ public:
     /// The whole file; nothing if it cannot be read.
     [[nodiscard]] virtual std::optional<QByteArray> Read(const QString& path) const = 0;
     /// Replaces the whole file by an atomic rename: afterwards it holds the old bytes or the new ones (the
-    /// pieces, one behind the other), whatever happens in between. False if it was not replaced. A new file
-    /// gets mode 0600, an old one keeps its mode; one that may not be written is not replaced; behind a
-    /// symbolic link the file that it leads to is replaced. Whole after a crash of the program at any moment;
-    /// a crash of the machine may take the newest calls back unless Sync followed.
+    /// pieces, one behind the other), whatever happens in between. False if it was not replaced. An old file
+    /// keeps its mode and, if the account may, its group; one that may not be written is not replaced; behind
+    /// a symbolic link the file that it leads to is replaced. Whole after a crash of the program at any
+    /// moment; a crash of the machine may take the newest calls back unless Sync followed.
     [[nodiscard]] virtual bool Replace(const QString& path, const QList<QByteArrayView>& pieces) = 0;
     [[nodiscard]] bool Replace(const QString& path, const QByteArray& bytes) {
         return Replace(path, QList<QByteArrayView>{bytes});
     }
-    /// Appends in one write; makes the file (mode 0600) if it is missing. False if not all bytes went in;
+    /// Appends in one write; makes the file if it is missing. False if not all bytes went in;
     /// what a failed append wrote is taken off again.
     [[nodiscard]] virtual bool Append(const QString& path, const QByteArray& bytes) = 0;
     /// False if the file is still there, or was not.

@@ -78,8 +78,8 @@ void ReadSystemRecord(const OutboxServices& services);
 
 /// Cuts, inserts and reads the identity back; OutboxDB is open with mode 19. The new msgID, 0 on failure (a
 /// box has told why). An insert that met a lock on every attempt writes no row and shows no box: it returns
-/// the msgID of this connection's insert before, 0 if there was none, and LastError tells. Throws
-/// OverflowError for a msgID beyond 32767: the row is written by then.
+/// the msgID of this connection's insert before, 0 if there was none. Throws OverflowError for a msgID beyond
+/// 32767: the row is written by then.
 [[nodiscard]] qint16 InsertMessage(const OutboxServices& services, OutgoingMessage message);
 
 /// Cancels a message that the gateway has not taken yet. True if exactly this row was canceled; nothing if

@@ -3,6 +3,8 @@
 #include <QAbstractButton>
 #include <QApplication>
 
+#include <stdexcept>
+
 namespace {
 
 const QStringList NoDetails = {QString(), QString(), QString(), QString(), QString()};
@@ -80,6 +82,30 @@ TEST_F(ContactListView, AFailureWhileShowingAGroupIsLoggedAndTheListIsRedrawnAga
     EXPECT_TRUE(LogText().contains(QStringLiteral("ShowGroup Error: 6 Overflow"))) << LogText().toStdString();
     EXPECT_TRUE(lvContacts().updatesEnabled());
     EXPECT_EQ(Area->cursor().shape(), Qt::ArrowCursor);
+}
+
+TEST_F(ContactListView, AFailureWhileTheMembersAreShownIsToldToTheLog) {
+    Start();
+    const auto connection =
+        QObject::connect(&lvContacts().Rows(), &QAbstractItemModel::modelReset, Area.get(), [this] {
+            if (AddressContacts.Count() > 0) {
+                throw std::runtime_error("made to fail");
+            }
+        });
+    EXPECT_NO_THROW(Area->ShowGroupMembers(m_drivers));
+    QObject::disconnect(connection);
+    EXPECT_TRUE(LogText().contains(QStringLiteral("ShowGroupMembers Error: 0 made to fail")))
+        << LogText().toStdString();
+}
+
+TEST_F(ContactListView, TheListIsNotRedrawnWhileItIsFilled) {
+    Start();
+    bool wasRedrawn = true;
+    QObject::connect(&lvContacts().Rows(), &QAbstractItemModel::modelReset, Area.get(),
+                     [&] { wasRedrawn = lvContacts().updatesEnabled(); });
+    Area->FillContactList(AddressContacts);
+    EXPECT_FALSE(wasRedrawn);
+    EXPECT_TRUE(lvContacts().updatesEnabled());
 }
 
 TEST_F(ContactListView, TheFirstImageMarksContactsThatWantConfirmation) {

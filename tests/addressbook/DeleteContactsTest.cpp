@@ -22,9 +22,8 @@ protected:
     void SelectOneHere() {
         Contact contact;
         contact.SetID(static_cast<qint16>(m_ids[0]));
-        ContactList one;
-        one.Add(contact);
-        Area->FillContactList(one);
+        m_onShow.Add(contact);
+        Area->FillContactList(m_onShow);
         ClickRow(0);
         ASSERT_EQ(lvContacts().SelectedCount(), 1);
     }
@@ -34,6 +33,7 @@ protected:
     }
 
     QList<qint32> m_ids;
+    ContactList m_onShow;
 };
 
 TEST_F(DeleteContacts, OneContactOnEveryoneIsAskedForByName) {

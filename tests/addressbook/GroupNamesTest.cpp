@@ -28,6 +28,29 @@ TEST_F(GroupTabs, TheNameDialogOfANewGroupStandsAtTheMouse) {
     EXPECT_EQ(place, QCursor::pos());
 }
 
+TEST_F(GroupTabs, WhereTheRequestCameFromDoesNotMoveTheNameDialog) {
+    QCursor::setPos(300, 200);
+    QPoint place;
+    Door.ExpectDialog([&](QDialog& dialog) {
+        place = dialog.pos();
+        dialog.close();
+    });
+    Area->findChild<GroupTabsPanel*>()->AddNewGroup(10, 10);
+    EXPECT_EQ(place, QCursor::pos());
+}
+
+TEST_F(GroupTabs, AGroupWhoseNumberIsTooLargeIsStoredAndGetsNoTab) {
+    Office.ExecuteOnPhonebook(
+        QStringLiteral("INSERT INTO ContactGroup (grpID, grpName) VALUES (32767, 'Last')"));
+    ExpectName(QStringLiteral("Crew"));
+    EXPECT_NO_THROW(ChooseOn(QStringLiteral("*"), AddNewGroup));
+    EXPECT_EQ(Office.GroupRows().last().value(QStringLiteral("grpID")).toInt(), 32768);
+    EXPECT_EQ(StoredNames().last(), QStringLiteral("Crew"));
+    EXPECT_FALSE(TabCaptions().contains(QStringLiteral("Crew")));
+    EXPECT_EQ(tabGroup().Count(), 5);
+    EXPECT_TRUE(Office.Boxes.Shown.isEmpty());
+}
+
 TEST_F(GroupTabs, ACanceledNameAddsNothing) {
     ExpectName(QStringLiteral("Crew"), Qt::Key_Escape);
     ChooseOn(QStringLiteral("*"), AddNewGroup);
@@ -147,6 +170,16 @@ TEST_F(GroupTabs, WithoutAClickedTabAndOnEveryoneAndFavouritesNothingIsRenamedOr
     EXPECT_EQ(tabGroup().Count(), 5);
 }
 
+TEST_F(GroupTabs, TheNameOfThePrivateTabCanBeAskedFor) {
+    ChooseOn(QStringLiteral("Private"), QString());
+    Door.ExpectDialog([](QDialog& dialog) {
+        EXPECT_EQ(static_cast<frmTabName&>(dialog).EditValue(), QStringLiteral("Private"));
+        dialog.close();
+    });
+    Area->findChild<GroupTabsPanel*>()->RenameClickedGroup();
+    EXPECT_EQ(Door.Dialogs.size(), 1);
+}
+
 TEST_F(GroupTabs, ATabWhoseNumberIsNoneOfAGroupIsNotDeleted) {
     tabGroup().SetTag(TabNamed(Drivers), QStringLiteral("G99999"));
     ChooseOn(Drivers, QString());
@@ -196,6 +229,18 @@ TEST_F(GroupTabs, TheDialogOfAGroupMadeOfTheSelectionIsHeldOnTheScreen) {
     });
     Area->CreateGroupFromSelection(lvContacts(), false);
     EXPECT_EQ(Office.GroupRows().size(), 2);
+}
+
+TEST_F(GroupTabs, TheDialogOfAGroupMadeOfTheSelectionStandsWhereTheMouseWasWhenItWasAskedFor) {
+    QCursor::setPos(300, 200);
+    const QPoint mouse = QCursor::pos();
+    Office.Pump.OnProcess = [](int) { QCursor::setPos(500, 400); };
+    Door.ExpectDialog([&](QDialog& dialog) {
+        EXPECT_EQ(dialog.pos(), mouse - QPoint(20, 20));
+        EXPECT_NE(QCursor::pos(), mouse);
+        dialog.close();
+    });
+    Area->CreateGroupFromSelection(lvContacts(), false);
 }
 
 TEST_F(GroupTabs, PendingEventsRunThreeTimesBehindTheDialogOfAGroupMadeOfTheSelection) {

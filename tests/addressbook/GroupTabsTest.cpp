@@ -89,6 +89,16 @@ TEST_F(GroupTabs, AfterARightClickALaterDoubleClickActsOnThatEarlierTab) {
     EXPECT_EQ(Host.DroppedGroups, QList<qint32>({m_kitchen}));
 }
 
+TEST_F(GroupTabs, TheClickedTabIsRememberedBehindADeletionAndBehindOneThatWasGivenUp) {
+    for (const BoxAnswer answer : {BoxAnswer::No, BoxAnswer::Yes}) {
+        Host.DroppedGroups.clear();
+        Office.Boxes.Expect(answer);
+        ChooseOn(Drivers, QStringLiteral("Delete Group 'Drivers'"));
+        DoubleClickTab(Kitchen);
+        EXPECT_EQ(Host.DroppedGroups, QList<qint32>({m_drivers}));
+    }
+}
+
 TEST_F(GroupTabs, ARightClickBesideTheTabsForgetsTheClickedTab) {
     ChooseOn(Kitchen, QString());
     QTest::mouseClick(&tabGroup(), Qt::RightButton, Qt::NoModifier, tabGroup().rect().topRight());
@@ -170,12 +180,17 @@ TEST_F(GroupTabs, OnlyGroupsTakeContactsAndOnlyOutOfTheContactList) {
 }
 
 TEST_F(GroupTabs, ADropOnTheFavouritesTabDoesNothing) {
+    // A table that takes whatever is written to it.
+    Office.ExecuteOnPhonebook(QStringLiteral("DROP TABLE GroupMember"));
+    Office.ExecuteOnPhonebook(QStringLiteral("CREATE TABLE GroupMember (grpID, cntID)"));
     const auto before = Office.MemberRows();
     for (const QString& tab : {Favourite, QStringLiteral("*"), QStringLiteral("Private")}) {
         DropOn(tab, KeyOf(m_costa) + QStringLiteral("\r\n"));
     }
     EXPECT_EQ(Office.MemberRows(), before);
     EXPECT_TRUE(Office.Pump.Calls.isEmpty());
+    DropOn(Kitchen, KeyOf(m_costa) + QStringLiteral("\r\n"));
+    EXPECT_EQ(Office.MemberRows().size(), before.size() + 1);
 }
 
 TEST_F(GroupTabs, ADropBesideTheTabsDoesNothing) {

@@ -91,6 +91,19 @@ TEST_F(frmTabNameTest, AValueIsWrittenTrimmedWithTheCaretAtItsEnd) {
     EXPECT_FALSE(txtName().hasSelectedText());
 }
 
+TEST_F(frmTabNameTest, ItOpensWithTheCaretBehindTheNameAndNothingSelected) {
+    frmTabName dialog(m_sound, m_clock);
+    dialog.SetEditValue(QStringLiteral("Drivers"));
+    dialog.show();
+    dialog.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+    auto* box = dialog.findChild<QLineEdit*>(QStringLiteral("txtName"));
+    EXPECT_TRUE(box->hasFocus());
+    EXPECT_FALSE(box->hasSelectedText());
+    QTest::keyClicks(box, QStringLiteral("2"));
+    EXPECT_EQ(dialog.EditValue(), QStringLiteral("Drivers2"));
+}
+
 TEST_F(frmTabNameTest, AKeyStillHeldFromTheMenuTakesNothing) {
     QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r"), true);
     QApplication::sendEvent(&txtName(), &held);

@@ -2,13 +2,19 @@
 
 #include "compose/frmConfirmRecipient.h"
 #include "compose/frmGetTime.h"
+#include "controls/ModalDoor.h"
 
+#include <QtTest/qtestspontaneevent.h>
 #include <QAccessible>
 #include <QDateEdit>
+#include <QDropEvent>
 #include <QFrame>
+#include <QMimeData>
 #include <QProgressBar>
 #include <QSignalSpy>
 #include <QTimeEdit>
+#include <QWheelEvent>
+#include <QWindow>
 
 namespace {
 
@@ -23,6 +29,14 @@ protected:
             ASSERT_NE(accessible, nullptr) << name.toStdString();
             EXPECT_FALSE(accessible->text(QAccessible::Name).isEmpty()) << name.toStdString();
         }
+    }
+    /// One notch down over the middle of a control, as the window system tells it.
+    static void TurnWheel(QWidget& control) {
+        const QPoint middle = control.mapTo(control.window(), control.rect().center());
+        QWheelEvent turn(middle, control.window()->mapToGlobal(middle), QPoint(), QPoint(0, -120),
+                         Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+        QSpontaneKeyEvent::setSpontaneous(&turn);
+        QCoreApplication::instance()->notify(control.window()->windowHandle(), &turn);
     }
     static void ExpectNothingCut(QWidget& form) {
         const QList<QLabel*> labels = form.findChildren<QLabel*>();
@@ -155,6 +169,56 @@ TEST_F(ComposeLookTest, TheNumbersStandAloneBesideTheirCaptions) {
     for (const char* caption : {"used", "SMS", "left"}) {
         EXPECT_TRUE(texts.contains(QString::fromLatin1(caption))) << caption;
     }
+}
+
+TEST_F(ComposeLookTest, ContactsCannotBeDroppedOnTheSignatureButATextCan) {
+    const QPoint middle = txtEndWidth().rect().center();
+    const auto drop = [&](const QMimeData& data) {
+        QDragEnterEvent enter(middle, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(&txtEndWidth(), &enter);
+        QDragMoveEvent move(middle, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(&txtEndWidth(), &move);
+        QDropEvent release(middle, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(&txtEndWidth(), &release);
+        EXPECT_EQ(enter.isAccepted(), move.isAccepted());
+        return enter.isAccepted();
+    };
+    EXPECT_FALSE(drop(*NewKeyData(QStringLiteral("C11\r\n"))));
+    EXPECT_EQ(txtEndWidth().text(), QString());
+    QMimeData text;
+    text.setText(QStringLiteral("Ann"));
+    EXPECT_TRUE(drop(text));
+    EXPECT_EQ(txtEndWidth().text(), QStringLiteral("Ann"));
+}
+
+TEST_F(ComposeLookTest, TheWheelChangesATailOnlyWhereTheFocusIs) {
+    SetTails({QStringLiteral("one"), QStringLiteral("two"), QStringLiteral("three")}, {1});
+    ShowWindow();
+    txtMessage().setFocus();
+    TurnWheel(cbTails());
+    EXPECT_EQ(cbTails().currentText(), QStringLiteral("two"));
+    EXPECT_TRUE(txtMessage().hasFocus()) << "the wheel takes the focus away";
+    cbTails().setFocus();
+    TurnWheel(cbTails());
+    EXPECT_EQ(cbTails().currentText(), QStringLiteral("three"));
+}
+
+TEST_F(ComposeLookTest, TheWheelChangesTheTimeToSendOnlyWhereTheFocusIs) {
+    frmGetTime time(Office.Time);
+    time.show();
+    time.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&time));
+    const QDateTime before = time.SendTime();
+    for (const char* name : {"dtDate", "dtTime"}) {
+        FindIn<QPushButton>(time, "cmdOK").setFocus();
+        auto& box = FindIn<QDateTimeEdit>(time, name);
+        TurnWheel(box);
+        EXPECT_EQ(time.SendTime(), before) << name;
+        EXPECT_FALSE(box.hasFocus()) << name;
+    }
+    FindIn<QTimeEdit>(time, "dtTime").setFocus();
+    TurnWheel(FindIn<QTimeEdit>(time, "dtTime"));
+    EXPECT_NE(time.SendTime(), before);
 }
 
 TEST_F(ComposeLookTest, TenThousandContactsComeAndGoWithAFewNoticesToTheViews) {

@@ -7,6 +7,18 @@
 
 namespace {
 
+/// Counts how often what it is installed on is painted.
+class PaintCounter final : public QObject {
+public:
+    int Count = 0;
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override {
+        Count += event->type() == QEvent::Paint ? 1 : 0;
+        return false;
+    }
+};
+
 class ConfirmRecipientTest : public ComposeBench {
 protected:
     void SetUp() override {
@@ -51,6 +63,19 @@ TEST_F(ConfirmRecipientTest, OnlyTheRecipientsThatWantConfirmationAreShownAndTic
     EXPECT_EQ(Door.Owner, &Window);
     EXPECT_EQ(Office.Pump.Calls, QList<int>{2});
     EXPECT_EQ(lvRecipients().Rows().Count(), 3);
+}
+
+TEST_F(ConfirmRecipientTest, TheWindowIsPaintedAnewBeforeEventsAreLetThrough) {
+    PaintCounter paints;
+    Window.installEventFilter(&paints);
+    Door.ExpectDialog([&](QDialog& dialog) {
+        Press(dialog, "cmdCancel");
+        paints.Count = 0;
+    });
+    int paintsBefore = -1;
+    Office.Pump.OnProcess = [&](int) { paintsBefore = paints.Count; };
+    EXPECT_FALSE(Area->ConfirmRecipients());
+    EXPECT_EQ(paintsBefore, 1);
 }
 
 TEST_F(ConfirmRecipientTest, OneConfirmContactAndOneOrdinaryOneShowOneRow) {

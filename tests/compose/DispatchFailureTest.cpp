@@ -244,6 +244,19 @@ TEST_F(DispatchOnAFailingOutbox, ALockedOutboxIsTriedAgainWithOneRowInTheEnd) {
     EXPECT_EQ(Office.Time.Sleeps.size(), 2);
 }
 
+TEST_F(DispatchOnAFailingOutbox, TodayIsTheDayOfTheSendAlsoIfMidnightPassesWhileTheOutboxIsWaitedFor) {
+    AddRecipients(1);
+    Sheet.Message = QStringLiteral("@TD");
+    Engine.Fail(Operation::Open, engine::Number::FileInUse, 1, 1);
+    Office.Time.OnSleep = [this](int) { Office.Time.Time = Office.Time.Time.addDays(1); };
+    Send();
+    ASSERT_EQ(History.ReadHistory().size(), 1);
+    EXPECT_EQ(Office.Time.Time.date(), QDate(2026, 3, 8));
+    EXPECT_TRUE(
+        Engine.Statements.filter(QStringLiteral("INSERT")).first().contains(QStringLiteral("'07.Mar ")))
+        << Engine.Statements.join(u'\n').toStdString();
+}
+
 TEST_F(DispatchOnAFailingOutbox, AListThatChangesDuringARetryDoesNotChangeWhoIsSentTo) {
     AddRecipients(2);
     Engine.Fail(Operation::Execute, engine::Number::LockedByAnother, 1, 1);

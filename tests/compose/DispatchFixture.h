@@ -10,6 +10,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
 /// The composition of a test: what stands in the boxes and in the list.
 class TestComposition final : public Composition {
 public:
@@ -19,18 +21,24 @@ public:
     QString Tail = QStringLiteral("Reception");
     QList<QStringList> Removed;
     int Resets = 0;
+    /// Runs in front of every change.
+    std::function<void()> OnChange = [] {};
 
     [[nodiscard]] QStringList RecipientKeys() const override { return Keys; }
     [[nodiscard]] QString MessageText() const override { return Message; }
     [[nodiscard]] QString SignatureText() const override { return Signature; }
     [[nodiscard]] QString GetTailText() const override { return BuildTailText(Signature, Tail); }
     void RemoveRecipientRows(const QStringList& keys) override {
+        OnChange();
         Removed.append(keys);
         for (const QString& key : keys) {
             Keys.removeOne(key);
         }
     }
-    void Reset() override { ++Resets; }
+    void Reset() override {
+        OnChange();
+        ++Resets;
+    }
 };
 
 /// An office with a send in it: real outbox, real history file.

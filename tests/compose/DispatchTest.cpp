@@ -197,6 +197,14 @@ TEST_F(DispatchTest, AFullSendTakesTheRecipientsOutInOneBatchAndResetsOnce) {
     EXPECT_FALSE(Office.OutboxDB().IsConnected());
 }
 
+TEST_F(DispatchTest, TheOutboxIsClosedBeforeRecipientsLeaveTheListAndBeforeTheReset) {
+    AddRecipients(2);
+    QList<bool> wasOpen;
+    Sheet.OnChange = [&] { wasOpen.append(Office.OutboxDB().IsConnected()); };
+    Send();
+    EXPECT_EQ(wasOpen, (QList<bool>{false, false}));
+}
+
 TEST_F(DispatchTest, AScheduledMessageShowsTheDayItWasWritten) {
     AddRecipients(1);
     Sheet.Message = QStringLiteral("@TD @MN");

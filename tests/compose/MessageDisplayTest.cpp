@@ -201,6 +201,15 @@ TEST_F(MessageDisplayTest, ClearEmptiesTheMessageAndShowsTheState) {
     EXPECT_FALSE(cmdSendNow().isEnabled());
 }
 
+TEST_F(MessageDisplayTest, ClearRefreshesTheDisplayAlsoWhereThereIsNothingToClear) {
+    ShowWindow();
+    AddRecipient(1, QStringLiteral("Byrne"));
+    lvRecipients().Rows().Clear();
+    ASSERT_EQ(RecipientCaption(), QStringLiteral("Recipient List [1]"));
+    QTest::mouseClick(&Find<QPushButton>("cmdClearMessage"), Qt::LeftButton);
+    EXPECT_EQ(RecipientCaption(), QStringLiteral("Recipient List"));
+}
+
 TEST_F(MessageDisplayTest, AMessageClearedByAccidentComesBackWithUndo) {
     ShowWindow();
     QTest::keyClicks(&txtMessage(), QStringLiteral("Hello"));

@@ -1,7 +1,10 @@
 #include "compose/MessageEdit.h"
 
+#include "controls/ModalDoor.h"
+
 #include <QApplication>
 #include <QClipboard>
+#include <QDropEvent>
 #include <QInputMethodEvent>
 #include <QLineEdit>
 #include <QMimeData>
@@ -25,6 +28,16 @@ protected:
         Window.activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(&Window));
         Edit->setFocus();
+    }
+    /// Drags the data over the middle of the box and lets it go there; whether the box takes it.
+    bool Drop(const QMimeData& data) {
+        QWidget* const place = Edit->viewport();
+        const QPoint middle = place->rect().center();
+        QDragEnterEvent enter(middle, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(place, &enter);
+        QDropEvent drop(middle, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(place, &drop);
+        return enter.isAccepted();
     }
     void Paste(const QString& text) {
         QApplication::clipboard()->setText(text);
@@ -95,6 +108,19 @@ TEST_F(MessageEditTest, ATextOfAnInputMethodIsCutToTheLimit) {
     event.setCommitString(QStringLiteral("abcdef"));
     QApplication::sendEvent(Edit, &event);
     EXPECT_EQ(Edit->Text(), QStringLiteral("abcd"));
+}
+
+TEST_F(MessageEditTest, ATextFromAnotherProgramCanBeDroppedIn) {
+    QMimeData text;
+    text.setText(QStringLiteral("Lunch"));
+    EXPECT_TRUE(Drop(text));
+    EXPECT_EQ(Edit->Text(), QStringLiteral("Lunch"));
+}
+
+TEST_F(MessageEditTest, ContactsDraggedOutOfAListCannotBeDroppedIn) {
+    const std::unique_ptr<QMimeData> keys = NewKeyData(QStringLiteral("C11\r\n"));
+    EXPECT_FALSE(Drop(*keys));
+    EXPECT_EQ(Edit->Text(), QString());
 }
 
 TEST_F(MessageEditTest, PastedLineBreaksStayAndCountOneEach) {

@@ -273,6 +273,16 @@ TEST_F(RecipientListTest, ARefreshShowsTheNamesInTheNewOrderOfSorting) {
     EXPECT_EQ(RecipientTexts(), QStringList{QStringLiteral("Ann Byrne")});
 }
 
+TEST_F(RecipientListTest, TheListIsNotRedrawnWhileItIsRefreshed) {
+    AddRecipient(1, QStringLiteral("Byrne"));
+    bool wasRedrawn = true;
+    QObject::connect(lvRecipients().model(), &QAbstractItemModel::modelReset, &Window,
+                     [&] { wasRedrawn = lvRecipients().updatesEnabled(); });
+    Area->RefreshRecipientList();
+    EXPECT_FALSE(wasRedrawn);
+    EXPECT_TRUE(lvRecipients().updatesEnabled());
+}
+
 TEST_F(RecipientListTest, ClearEmptiesTheRowsAndTheContactsWithoutAsking) {
     ShowWindow();
     AddRecipient(1, QStringLiteral("Byrne"));

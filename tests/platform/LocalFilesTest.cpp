@@ -7,6 +7,10 @@
 #include <QFileInfo>
 #include <QTemporaryDir>
 
+#include <functional>
+#include <vector>
+
+#include <grp.h>
 #include <sys/wait.h>
 
 #include "support/BrokenDisk.h"
@@ -16,11 +20,49 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+const QByteArray Old(5000, 'o');
+const QByteArray New(267250, 'n');
+
 mode_t ModeOf(const QString& path) {
     struct stat status {};
     EXPECT_EQ(stat(path.toLocal8Bit().constData(), &status), 0);
     return status.st_mode & 07777U;
 }
+
+/// Acts with the rights of the administrator, which an OrdinaryUser has laid down.
+int AsAdministrator(const std::function<int()>& action) {
+    const uid_t user = geteuid();
+    EXPECT_EQ(seteuid(0), 0);
+    const int result = action();
+    EXPECT_EQ(seteuid(user), 0);
+    return result;
+}
+
+int GiveAway(const QByteArray& path, uid_t owner, gid_t group, mode_t mode) {
+    return AsAdministrator(
+        [&] { return chown(path.constData(), owner, group) | chmod(path.constData(), mode); });
+}
+
+/// This process as a member of one group more, for the lifetime of the object.
+class GroupMember {
+public:
+    explicit GroupMember(gid_t group) : m_before(static_cast<std::size_t>(getgroups(0, nullptr))) {
+        EXPECT_GE(getgroups(static_cast<int>(m_before.size()), m_before.data()), 0);
+        std::vector<gid_t> groups = m_before;
+        groups.push_back(group);
+        Set(groups);
+    }
+    ~GroupMember() { Set(m_before); }
+    GroupMember(const GroupMember&) = delete;
+    GroupMember& operator=(const GroupMember&) = delete;
+
+private:
+    static void Set(const std::vector<gid_t>& groups) {
+        EXPECT_EQ(AsAdministrator([&] { return setgroups(groups.size(), groups.data()); }), 0);
+    }
+
+    std::vector<gid_t> m_before;
+};
 
 class LocalFilesTest : public testing::Test {
 protected:
@@ -34,13 +76,22 @@ protected:
             .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
     }
 
+    /// Modes of a file that Replace makes and of one that Append makes in the folder once it has this mode.
+    QList<mode_t> ModesOfNewFilesIn(mode_t folder, mode_t mask) {
+        EXPECT_EQ(chmod(m_folder.path().toLocal8Bit().constData(), folder), 0);
+        const mode_t maskBefore = umask(mask);
+        EXPECT_TRUE(m_files.Replace(In(u"replaced"_s), New));
+        EXPECT_TRUE(m_files.Append(In(u"appended"_s), New));
+        umask(maskBefore);
+        const QList<mode_t> modes = {ModeOf(In(u"replaced"_s)), ModeOf(In(u"appended"_s))};
+        EXPECT_TRUE(m_files.Remove(In(u"replaced"_s)) && m_files.Remove(In(u"appended"_s)));
+        return modes;
+    }
+
     OrdinaryUser m_user;
     QTemporaryDir m_folder;
     DiskFiles m_files;
 };
-
-const QByteArray Old(5000, 'o');
-const QByteArray New(267250, 'n');
 
 }  // namespace
 
@@ -95,6 +146,44 @@ TEST_F(LocalFilesTest, ReplaceKeepsTheModeOfTheOldFile) {
     ASSERT_EQ(chmod(In(u"a"_s).toLocal8Bit().constData(), 0664), 0);
     ASSERT_TRUE(m_files.Replace(In(u"a"_s), New));
     EXPECT_EQ(ModeOf(In(u"a"_s)), 0664U);
+}
+
+TEST_F(LocalFilesTest, ReplaceKeepsTheGroupOfAFileThatAColleagueMade) {
+    if (getuid() != 0) {
+        GTEST_SKIP() << "only the administrator can make a colleague's file";
+    }
+    constexpr uid_t Colleague = 12345;
+    constexpr gid_t Office = 12346;
+    const QByteArray path = In(u"a"_s).toLocal8Bit();
+    ASSERT_TRUE(m_files.Replace(In(u"a"_s), Old));
+    {
+        const GroupMember member(Office);
+        ASSERT_EQ(GiveAway(path, Colleague, Office, 0666), 0);
+        ASSERT_TRUE(m_files.Replace(In(u"a"_s), New));
+    }
+    struct stat status {};
+    ASSERT_EQ(stat(path.constData(), &status), 0);
+    EXPECT_EQ(status.st_uid, geteuid());
+    EXPECT_EQ(status.st_gid, Office);
+    EXPECT_EQ(ModeOf(In(u"a"_s)), 0666U);
+}
+
+TEST_F(LocalFilesTest, WhatIsMadeInASharedFolderIsSharedLikeTheFolder) {
+    for (const auto& [folder, file] :
+         {std::pair(02775U, 0664U), std::pair(02770U, 0660U), std::pair(0777U, 0666U)}) {
+        for (const mode_t mask : {0022U, 0002U, 0077U}) {
+            EXPECT_EQ(ModesOfNewFilesIn(folder, mask), (QList<mode_t>{file, file})) << folder << ' ' << mask;
+        }
+    }
+}
+
+TEST_F(LocalFilesTest, WhatIsMadeInAPrivateOrTemporaryFolderIsTheUsersOwn) {
+    for (const mode_t folder : {0700U, 0755U, 01777U, 03775U}) {
+        for (const mode_t mask : {0022U, 0000U}) {
+            EXPECT_EQ(ModesOfNewFilesIn(folder, mask), (QList<mode_t>{0600U, 0600U}))
+                << folder << ' ' << mask;
+        }
+    }
 }
 
 TEST_F(LocalFilesTest, AReaderThatHasTheOldFileOpenKeepsTheOldBytes) {

@@ -77,6 +77,19 @@ TEST(Keys, TheStarOfTheNumberPadSelectsTheFirstTabOfBothRows) {
     EXPECT_EQ(letters->Selected(), 0);
 }
 
+TEST(Keys, TheDigitsOfTheNumberPadDoNothing) {
+    MainWindow window;
+    window.Open();
+    for (int digit = 0; digit < 10; ++digit) {
+        const QByteArray name = "cmdQuickFire" + QByteArray::number((digit + 9) % 10);
+        auto* button = window.Find<QAbstractButton>(name.constData());
+        button->setEnabled(true);
+        const QSignalSpy clicks(button, &QAbstractButton::clicked);
+        window.AltKey(static_cast<Qt::Key>(Qt::Key_0 + digit), Qt::KeypadModifier);
+        EXPECT_EQ(clicks.count(), 0) << digit;
+    }
+}
+
 TEST(Keys, AnotherModifierOrAnotherKeyDoesNothingHere) {
     MainWindow window;
     window.Open();

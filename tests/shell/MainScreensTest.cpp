@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QLabel>
 #include <QLineEdit>
+#include <QProxyStyle>
 #include <QRegularExpression>
 
 #include <gtest/gtest.h>
@@ -50,6 +51,28 @@ protected:
 private:
     QString m_name;
 };
+
+/// A style that cannot measure anything from the moment it is told so.
+class FailingStyle final : public QProxyStyle {
+public:
+    FailingStyle() : QProxyStyle(Q("Fusion")) {}
+    bool IsFailing = false;
+
+    [[nodiscard]] int pixelMetric(PixelMetric metric, const QStyleOption* option,
+                                  const QWidget* widget) const override {
+        if (IsFailing) {
+            throw std::runtime_error("made to fail");
+        }
+        return QProxyStyle::pixelMetric(metric, option, widget);
+    }
+};
+
+/// What was made of a main window and had no place in it yet.
+void DeleteLooseParts() {
+    QWidgetList parts = QApplication::topLevelWidgets();
+    parts.removeIf([](const QWidget* part) { return part->parentWidget() != nullptr; });
+    qDeleteAll(parts);
+}
 
 /// The real windows, but for a main window that cannot be made.
 class ScreensWithoutMain final : public EntryScreens {
@@ -98,6 +121,23 @@ TEST(MainScreens, AMainWindowThatCannotBeMadeEndsTheStartWithABox) {
     ASSERT_EQ(machine.Office.Boxes.Shown.size(), 1);
     EXPECT_EQ(machine.Office.Boxes.Shown.first().Icon, BoxIcon::Critical);
     EXPECT_EQ(start.Screens.MainHandle(), 0U);
+}
+
+TEST(MainScreens, AFailureWhileTheMainWindowIsMadeIsToldToTheLog) {
+    TestMachine machine;
+    machine.StoreOffice();
+    machine.KeepLog();
+    RealStart start(machine);
+    auto* style = new FailingStyle;
+    QApplication::setStyle(style);
+    style->IsFailing = true;
+    EXPECT_NO_THROW(start.Screens.LoadMain());
+    style->IsFailing = false;
+    Look::Apply(Q("light"));
+    DeleteLooseParts();
+    EXPECT_EQ(start.Screens.StateOfMain(), MainState::None);
+    EXPECT_TRUE(machine.LogLines().trimmed().endsWith(Q("frmMain_Load Error:made to fail")))
+        << machine.LogLines().toStdString();
 }
 
 TEST(MainScreens, ASetupForcedOnAConfiguredOfficeNamesItsPhonebook) {

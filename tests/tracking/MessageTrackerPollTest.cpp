@@ -147,6 +147,17 @@ TEST_F(MessageTrackerTest, AFinalMessageWithoutADeliveryTimeHasAnEmptyOne) {
     EXPECT_EQ(Tracker.SlotAt(0).deliveryTime, QString());
 }
 
+TEST_F(MessageTrackerTest, ADeliveryTimeThatHasBecomeNullIsForgotten) {
+    Track(17);
+    Serve({Row(17, 3, At(9, 7))});
+    ASSERT_TRUE(Tracker.CheckDB());
+    ASSERT_EQ(Tracker.SlotAt(0).deliveryTime, u"09:07");
+    Serve({Row(17, 3)});
+    PassInterval();
+    ASSERT_TRUE(Tracker.CheckDB());
+    EXPECT_EQ(Tracker.SlotAt(0).deliveryTime, QString());
+}
+
 TEST_F(MessageTrackerTest, AStatusThatIsNullStaysWhatItWas) {
     Track(17);
     Serve({Row(17, 3)});
