@@ -4,13 +4,13 @@
 // told)
 
 #include "BareOutbox.h"
+#include "BigOutbox.h"
 #include "support/Ratio.h"
 
 #include "addressbook/ContactList.h"
 #include "compose/Dispatch.h"
 #include "compose/MessageSize.h"
 #include "core/CodePage.h"
-#include "store/engine/sqlite/OfficeFiles.h"
 #include "tracking/History.h"
 #include "tracking/MessageTracker.h"
 
@@ -18,7 +18,6 @@
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 
 namespace {
@@ -53,15 +52,6 @@ void Fill(ContactList& recipients, BenchComposition& composition) {
     }
 }
 
-/// A fresh outbox for each run: both sides write into a file of the same size.
-QString FreshOutbox(const QTemporaryDir& folder, const QString& name) {
-    QString file = folder.filePath(name);
-    QFile::remove(file);
-    QFile::remove(file + QStringLiteral("-journal"));
-    OfficeFiles::CreateOutboxFile(file);
-    return file;
-}
-
 void BenchSend(const QTemporaryDir& folder) {
     QDir(folder.path()).mkpath(QStringLiteral("home"));
     const auto send = [&] {
@@ -83,55 +73,28 @@ void BenchSend(const QTemporaryDir& folder) {
     Ratio::Print("DoSend to 1,000 recipients", Ratio::Measure(5, send, bare), 1.25);
 }
 
-/// An outbox of so many rows, and the messages in it that a full tracker asks about.
-class BigOutbox {
-public:
-    BigOutbox(const QTemporaryDir& folder, int rows)
-        : m_file(FreshOutbox(folder, QStringLiteral("big.mdb"))), m_spread(std::min(600, rows / 60)) {
-        BareOutbox outbox(m_file);
-        outbox.Execute("BEGIN");
-        outbox.Insert(rows);
-        outbox.Execute("COMMIT");
+/// What a poll asks, in SQLite's own words.
+QByteArray PollOf(const BigOutbox& big) {
+    QByteArray filter;
+    for (int slot = 0; slot < MessageTracker::SlotCount; ++slot) {
+        filter += " OR msgID = " + QByteArray::number(big.IDOf(slot));
     }
-    [[nodiscard]] const QString& File() const { return m_file; }
-    /// What a poll asks, in SQLite's own words.
-    [[nodiscard]] QByteArray Select() const {
-        QByteArray filter;
-        for (int slot = 0; slot < MessageTracker::SlotCount; ++slot) {
-            filter += " OR msgID = " + QByteArray::number(IDOf(slot));
-        }
-        return "SELECT msgID, msgStatus, msgDeliveryTime FROM Message WHERE " + filter.mid(4);
+    return "SELECT msgID, msgStatus, msgDeliveryTime FROM Message WHERE " + filter.mid(4);
+}
+
+void FillTracker(const BigOutbox& big, MessageTracker& tracker) {
+    tracker.RefreshInterval = 0;
+    for (int slot = 0; slot < MessageTracker::SlotCount; ++slot) {
+        tracker.Track(big.IDOf(slot), QStringLiteral("Aoife Ahern"), QStringLiteral("+353"),
+                      QStringLiteral("text"));
     }
-    void FillTracker(MessageTracker& tracker) const {
-        tracker.RefreshInterval = 0;
-        for (int slot = 0; slot < MessageTracker::SlotCount; ++slot) {
-            tracker.Track(IDOf(slot), QStringLiteral("Aoife Ahern"), QStringLiteral("+353"),
-                          QStringLiteral("text"));
-        }
-    }
-
-private:
-    [[nodiscard]] int IDOf(int slot) const { return 1 + slot * m_spread; }
-
-    QString m_file;
-    int m_spread;
-};
-
-/// Milliseconds of one of so many runs.
-double TimeOfOne(int runs, const std::function<void()>& run) {
-    return Ratio::Time([&] {
-               for (int i = 0; i < runs; ++i) {
-                   run();
-               }
-           }) /
-           runs;
 }
 
 void BenchPollOfOpenOutbox(HammerOffice& office, const BigOutbox& big) {
     constexpr int Polls = 100;
     const auto poll = [&] {
         MessageTracker tracker(office.State, office.AppSettings, office.Time);
-        big.FillTracker(tracker);
+        FillTracker(big, tracker);
         if (!office.State.OutboxDB->OpenDatabase(engine::Mode::ReadShared)) {
             qFatal("the outbox cannot be opened");
         }
@@ -140,7 +103,7 @@ void BenchPollOfOpenOutbox(HammerOffice& office, const BigOutbox& big) {
         return time;
     };
     BareOutbox outbox(big.File());
-    const QByteArray sql = big.Select();
+    const QByteArray sql = PollOf(big);
     const auto bare = [&] { return TimeOfOne(Polls, [&] { (void)outbox.Read(sql); }); };
     Ratio::Print("poll of 50 slots, the statement on an open outbox", Ratio::Measure(9, poll, bare), 2.0);
 }
@@ -149,10 +112,10 @@ void BenchPollThatOpens(HammerOffice& office, const BigOutbox& big) {
     constexpr int Polls = 50;
     const auto poll = [&] {
         MessageTracker tracker(office.State, office.AppSettings, office.Time);
-        big.FillTracker(tracker);
+        FillTracker(big, tracker);
         return TimeOfOne(Polls, [&] { (void)tracker.CheckDB(); });
     };
-    const QByteArray sql = big.Select();
+    const QByteArray sql = PollOf(big);
     const auto bare = [&] {
         return TimeOfOne(Polls, [&] {
             BareOutbox opened(big.File());

@@ -2,7 +2,7 @@
 
 build_packages=(
   g++ cmake ninja-build ccache pkg-config git ca-certificates
-  qt6-base-dev qt6-base-dev-tools qt6-svg-dev libgl1-mesa-dev
+  qt6-base-dev qt6-base-dev-tools qt6-multimedia-dev qt6-svg-dev libgl1-mesa-dev
   libsqlite3-dev libxcb1-dev libxcb-ewmh-dev libgtest-dev
 )
 # A screen that is not there: X server, window manager, fonts, a hand for the mouse.

@@ -8,6 +8,7 @@
 AppContext::AppContext(const Machine& machine)
     : History(machine.Files, machine.Places, machine.Boxes, machine.Page),
       MessageTracker(*this, AppSettings, machine.Time),
+      Notifier({machine.Beeper, machine.Places, machine.Files, machine.Notices}),
       Database{machine.Engine, machine.Time, machine.Pump, machine.NetworkDrives, machine.Places},
       Outbox{*this, AppSettings, machine.Boxes, Database},
       Phonebook{*this, AppSettings, machine.Boxes, Database, [this] {
@@ -31,6 +32,15 @@ void AppContext::SaveSortBy() {
     AppSettings.SetValue(SettingNames::SectionDefaults, SettingNames::SortBy, QString::number(SortBy));
 }
 
-void AppContext::CreateTracker() {
+void AppContext::CreateTracker(TrayBalloon* trayIcon, PopupSurface* popup) {
+    Notifier.SetTrayIcon(trayIcon);
+    Notifier.SetPopup(popup);
+    MessageTracker.SetSink(&Notifier);
     MessageTracker.LoadSettings();
+}
+
+void AppContext::ReleaseTracker() {
+    MessageTracker.SetSink(nullptr);
+    Notifier.SetPopup(nullptr);
+    Notifier.SetTrayIcon(nullptr);
 }

@@ -5,6 +5,7 @@
 #include "core/Settings.h"
 #include "store/Outbox.h"
 #include "store/Phonebook.h"
+#include "tracking/DeliveryNotifier.h"
 #include "tracking/History.h"
 #include "tracking/MessageTracker.h"
 
@@ -34,6 +35,7 @@ public:
     ContactList RecipientContacts;
     mdlHistory History;
     ::MessageTracker MessageTracker;
+    DeliveryNotifier Notifier;
 
     /// The two stores as their operations take them.
     DBServices Database;
@@ -47,6 +49,9 @@ public:
     void LoadSortBy();
     /// Written in decimal.
     void SaveSortBy();
-    /// Makes the tracker ready for work with the user's settings.
-    void CreateTracker();
+    /// Makes the tracker ready for work: the tray's icon and the popup that it tells people by, and the
+    /// user's settings. Both outlive ReleaseTracker.
+    void CreateTracker(TrayBalloon* trayIcon, PopupSurface* popup);
+    /// The tracker tells nobody any more.
+    void ReleaseTracker();
 };

@@ -2,6 +2,7 @@
 
 class Clock;
 class CodePage;
+class DesktopNotices;
 class Drives;
 class EventPump;
 class Folders;
@@ -25,6 +26,7 @@ struct Machine {
     EventPump& Pump;
     const KeyState& Keys;
     Sound& Beeper;
+    DesktopNotices& Notices;
     MessageBoxes& Boxes;
     ModalDoor& Door;
     Folders& Places;

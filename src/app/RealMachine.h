@@ -8,6 +8,7 @@
 #include "platform/EventPump.h"
 #include "platform/Folders.h"
 #include "platform/LocalFiles.h"
+#include "platform_ui/DBusNotices.h"
 #include "platform_ui/Instance.h"
 #include "platform_ui/QtKeyState.h"
 #include "platform_ui/QtMessageBoxes.h"
@@ -28,14 +29,15 @@ private:
     SystemClock m_clock;
     ApplicationEventPump m_pump;
     QtKeyState m_keys;
-    QtSound m_sound;
     ScreenModalDoor m_door;
     QtMessageBoxes m_boxes{m_door};
     SystemFolders m_folders;
     SystemDrives m_drives;
     DiskFiles m_files;
+    Log m_log{m_files, m_clock};
+    QtSound m_sound{m_log};
+    DBusNotices m_notices{m_log};
     std::unique_ptr<Windows> m_windows;
     LocalInstance m_instance;
     engine::FileConnectionFactory m_engine;
-    Log m_log{m_files, m_clock};
 };

@@ -172,6 +172,18 @@ qint16 ComposeArea::SMSLength(const QString& text) {
     return mdlGSMCharSet::SMSLength(text);
 }
 
+QString ComposeArea::SelectedTail() const {
+    return m_message->SelectedTail();
+}
+
+void ComposeArea::SetMessageText(const QString& text) {
+    m_message->SetMessageText(text);
+}
+
+void ComposeArea::CaretToMessageEnd() {
+    m_message->CaretToMessageEnd();
+}
+
 void ComposeArea::FocusMessage() {
     m_message->FocusMessage();
 }

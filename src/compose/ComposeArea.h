@@ -60,6 +60,13 @@ public:
     [[nodiscard]] static qint16 SMSLength(const QString& text);
 
     /// The focus for txtMessage and for lvRecipients.
+    /// As typed, untrimmed.
+    [[nodiscard]] QString MessageText() const override;
+    [[nodiscard]] QString SignatureText() const override;
+    [[nodiscard]] QString SelectedTail() const;
+    /// Another message in place of what is there; the user can undo it.
+    void SetMessageText(const QString& text);
+    void CaretToMessageEnd();
     void FocusMessage();
     void FocusRecipients();
 
@@ -71,8 +78,6 @@ public:
 
 private:
     [[nodiscard]] QStringList RecipientKeys() const override;
-    [[nodiscard]] QString MessageText() const override;
-    [[nodiscard]] QString SignatureText() const override;
     void RemoveRecipientRows(const QStringList& keys) override;
 
     void Connect();

@@ -84,6 +84,13 @@ void MessageEdit::ClearText() {
     cursor.removeSelectedText();
 }
 
+void MessageEdit::ReplaceText(const QString& text) {
+    const UserEdit step(*this);
+    QTextCursor cursor(document());
+    cursor.select(QTextCursor::Document);
+    cursor.insertText(text);
+}
+
 void MessageEdit::CutTo(int length) {
     QTextCursor cursor(document());
     if (m_isUserEdit) {

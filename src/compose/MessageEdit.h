@@ -20,6 +20,8 @@ public:
     void SetText(const QString& text);
     /// Empties the box as the user would.
     void ClearText();
+    /// Another text in place of what is there, which can be undone.
+    void ReplaceText(const QString& text);
     /// Drops what stands behind the first `length` characters, puts the caret behind the rest and gives the
     /// box the focus. What the user's own input made too long is undone together with that input; any other
     /// cut is for good: with the text back in the box it would be cut again.

@@ -6,6 +6,7 @@
 #include "compose/MessageEdit.h"
 #include "compose/MessageSize.h"
 #include "controls/DropGuard.h"
+#include "controls/FormTools.h"
 #include "controls/Icons.h"
 #include "controls/WheelGuard.h"
 #include "core/Log.h"
@@ -219,6 +220,18 @@ void MessagePanel::ShowBarColour(qint16 parts) {
 
 QString MessagePanel::MessageText() const {
     return m_txtMessage->Text();
+}
+
+void MessagePanel::SetMessageText(const QString& text) {
+    m_txtMessage->ReplaceText(text);
+}
+
+void MessagePanel::CaretToMessageEnd() {
+    FormTools::CaretToEnd(*m_txtMessage);
+}
+
+QString MessagePanel::SelectedTail() const {
+    return m_cbTails->currentText();
 }
 
 void MessagePanel::ResetMessage() {

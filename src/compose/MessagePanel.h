@@ -46,11 +46,17 @@ public:
 
     /// As typed, untrimmed.
     [[nodiscard]] QString MessageText() const;
+    /// Another message in place of what is there; the user can undo it.
+    void SetMessageText(const QString& text);
+    /// Caret behind the message's last character, and the focus.
+    void CaretToMessageEnd();
     /// Empties the message; afterwards nothing can be undone.
     void ResetMessage();
     /// Selects characters of the message and gives the box the focus.
     void SelectInMessage(int start, int length);
     void FocusMessage();
+    /// The tail that is selected; empty without one.
+    [[nodiscard]] QString SelectedTail() const;
     /// As typed, untrimmed.
     [[nodiscard]] QString SignatureText() const;
     void SetSignatureText(const QString& text);

@@ -1,5 +1,7 @@
 #include "controls/ElidedLabel.h"
 
+#include "controls/PlainToolTip.h"
+
 #include <QHelpEvent>
 #include <QPainter>
 #include <QStyle>
@@ -24,7 +26,7 @@ QString ElidedLabel::Line() const {
 
 bool ElidedLabel::event(QEvent* event) {
     if (event->type() == QEvent::ToolTip && fontMetrics().horizontalAdvance(Line()) > width()) {
-        QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), text().toHtmlEscaped(), this);
+        QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), PlainToolTip(text()), this);
         return true;
     }
     return QLabel::event(event);

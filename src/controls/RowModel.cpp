@@ -1,5 +1,7 @@
 #include "controls/RowModel.h"
 
+#include "controls/PlainToolTip.h"
+
 #include <QSet>
 
 #include <algorithm>
@@ -48,7 +50,7 @@ QVariant RowModel::data(const QModelIndex& index, int role) const {
         case Qt::DisplayRole:
             return row.Text;
         case Qt::ToolTipRole:
-            return row.ToolTip;
+            return PlainToolTip(row.ToolTip);
         case Qt::AccessibleDescriptionRole:
             return row.ToolTip.trimmed();
         case Qt::CheckStateRole:

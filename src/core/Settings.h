@@ -40,8 +40,11 @@ inline const QString EndWith = QStringLiteral("EndWith");  // signature text, de
 inline const QString SectionSetup = QStringLiteral("Setup");
 inline const QString RunWizard = QStringLiteral("RunWizard");  // "1" (default): setup wizard due
 inline const QString SectionNotify = QStringLiteral("Notify");
-inline const QString Enabled = QStringLiteral("Enabled");    // "1" (default): tracking and notification on
-inline const QString PlaySound = QStringLiteral("Sound");    // "0" (default)
+inline const QString Enabled = QStringLiteral("Enabled");  // "1" (default): tracking and notification on
+inline const QString PlaySound = QStringLiteral("Sound");  // "0" (default)
+inline const QString Desktop = QStringLiteral("Desktop");  // "0" (default): the desktop's notifications too
+inline const QString DesktopDetails =
+    QStringLiteral("DesktopDetails");                        // "0" (default): no number, no text there
 inline const QString Interval = QStringLiteral("Interval");  // "60" (default), seconds between polls
 inline const QString SectionDisplay = QStringLiteral("Display");
 inline const QString TabOrder = QStringLiteral("TabOrder");  // saved order of group tabs, default empty

@@ -12,7 +12,7 @@ CommandStrip::CommandStrip(QWidget* parent) : QFrame(parent), m_banner(new AdBan
     row->setSpacing(4);
     const QList<ShrinkButton*> left = {
         NewButton(QStringLiteral("cmdHistory"), QStringLiteral("history"), QStringLiteral("&History"),
-                  QStringLiteral(" Message History "), false),
+                  QStringLiteral(" Message History "), true),
         NewButton(QStringLiteral("cmdReports"), QStringLiteral("reports"), QStringLiteral("Re&ports"),
                   QStringLiteral(" Message Reports "), false),
         NewButton(QStringLiteral("cmdConfig"), QStringLiteral("configuration"),
@@ -37,6 +37,7 @@ CommandStrip::CommandStrip(QWidget* parent) : QFrame(parent), m_banner(new AdBan
         row->addWidget(button);
         m_buttonWidth += button->sizeHint().width() + row->spacing();
     }
+    connect(left.first(), &QAbstractButton::clicked, this, &CommandStrip::HistoryPressed);
     connect(right.last(), &QAbstractButton::clicked, this, &CommandStrip::ExitPressed);
 }
 

@@ -16,6 +16,7 @@ public:
     void StopBanner();
 
 Q_SIGNALS:
+    void HistoryPressed();
     void ExitPressed();
 
 protected:

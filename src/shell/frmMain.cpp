@@ -10,14 +10,14 @@
 #include "platform/Clock.h"
 #include "platform/EventPump.h"
 #include "setup/AccessPasswords.h"
-#include "shell/AlertStrip.h"
 #include "shell/BackgroundDrag.h"
 #include "shell/CommandStrip.h"
+#include "shell/DeliveryArea.h"
 #include "shell/FormColours.h"
+#include "shell/HistoryOpening.h"
 #include "shell/MainLayout.h"
 #include "shell/MainWindowKeys.h"
 #include "shell/ShowRequests.h"
-#include "shell/StatusPoll.h"
 #include "shell/TipOfDay.h"
 
 #include <QApplication>
@@ -36,23 +36,28 @@ frmMain::frmMain(AppContext& context, const Machine& machine, const CommandLine&
           {context.Outbox, context.Phonebook, context.AddressContacts, context.RecipientContacts,
            context.History, context.MessageTracker, context.AppBusyState, context.SortBy, *this, machine.Door,
            machine.Keys, machine.Beeper, machine.Pump, machine.AppLog, machine.Time, context.AppSettings})),
-      m_alert(new AlertStrip),
-      m_poll(new StatusPoll(
-          context.AppBusyState, context.MessageTracker, [this] { ShowAlert(true); }, this)),
-      m_layout(new MainLayout(*this, m_commands, m_phonebook, m_compose, m_alert)),
+      m_delivery(std::make_unique<DeliveryArea>(context, *this, [this] { ShowAlert(true); })),
+      m_layout(new MainLayout(*this, m_commands, m_phonebook, m_compose, m_delivery->Alert())),
       m_passwords(
           std::make_unique<AccessPasswords>(context, machine.Door, machine.Pump, machine.Time, *this)),
+      m_history(std::make_unique<HistoryOpening>(
+          context, machine,
+          HistoryOpeningParts{*this, *this, *m_compose, [this] { return PublicHistoryPasswordCheck(); },
+                              [this] { return IsUnloaded(); }})),
       m_requests(std::make_unique<ShowRequests>(*this, machine, [this] { ComeForward(); })),
       m_exit(std::make_unique<ExitPath>(context, machine.AppLog, &QApplication::closeAllWindows,
                                         &QCoreApplication::quit)) {
     setObjectName(QStringLiteral("frmMain"));
     m_layout->Restore(context.AppSettings);
+    connect(m_commands, &CommandStrip::HistoryPressed, this, [this] { m_history->Open(); });
     connect(m_commands, &CommandStrip::ExitPressed, this, &QWidget::close);
     new BackgroundDrag(*this);
     MakeKeys();
 }
 
-frmMain::~frmMain() = default;
+frmMain::~frmMain() {
+    m_delivery->Release();
+}
 
 void frmMain::MakeKeys() {
     std::vector<MainWindowKey> keys = {
@@ -89,7 +94,7 @@ StepTable frmMain::LoadSteps() {
          [this] { FormTools::ExpandPlaceholders(*this, m_machine.Time.Now().date().year()); }},
         {QStringLiteral("SetAppWindowStyle"), [this] { m_requests->SetAppWindowStyle(); }},
         {QStringLiteral("InitMainWindow"), [this] { InitMainWindow(); }},
-        {QStringLiteral("CreateTracker"), [this] { m_context.CreateTracker(); }},
+        {QStringLiteral("CreateTracker"), [this] { m_delivery->CreateTracker(); }},
         {QStringLiteral("SetAdCursor"), [this] { AdCursor = QCursor(Qt::ArrowCursor); }},
         {QStringLiteral("ShowTipOfTheDay"),
          [this] { TipOfDay::ShowIfDue(m_machine, m_context.AppSettings, m_commandLine); }},
@@ -143,7 +148,7 @@ StepTable frmMain::QueryUnloadSteps() {
         {QStringLiteral("DisableTimers"),
          [this] {
              m_commands->StopBanner();
-             m_poll->Stop();
+             m_delivery->StopPoll();
          }},
         {QStringLiteral("UnsubclassMainWindow"), [this] { m_requests->UnsubclassMainWindow(); }},
         {QStringLiteral("SaveSignature"), [this] { m_compose->SaveSignature(); }},
@@ -229,7 +234,7 @@ void frmMain::ContactListFocus(bool home) {
 }
 
 void frmMain::ShowAlert(bool show) {
-    m_alert->ShowAlert(show);
+    m_delivery->ShowAlert(show);
 }
 
 bool frmMain::PublicHistoryPasswordCheck() {
@@ -273,5 +278,17 @@ void frmMain::CreateGroupFromSelection(const ListView& list, bool onlySelected) 
 }
 
 void frmMain::StartTracking() {
-    m_poll->Start();
+    m_delivery->StartPoll();
+}
+
+void frmMain::SetMessageText(const QString& text) {
+    m_compose->SetMessageText(text);
+}
+
+QString frmMain::SelectedTail() const {
+    return m_compose->SelectedTail();
+}
+
+QString frmMain::SignatureText() const {
+    return m_compose->SignatureText();
 }

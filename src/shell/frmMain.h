@@ -3,6 +3,7 @@
 #include "addressbook/PhonebookHost.h"
 #include "app/Steps.h"
 #include "compose/ComposeHost.h"
+#include "tracking/HistoryHost.h"
 
 #include <QCursor>
 #include <QWidget>
@@ -10,23 +11,23 @@
 #include <memory>
 
 class AccessPasswords;
-class AlertStrip;
 class AppContext;
 class CommandLine;
 class CommandStrip;
 class ComposeArea;
+class DeliveryArea;
 class ExitPath;
+class HistoryOpening;
 class MainLayout;
 class PhonebookArea;
 class ShowRequests;
-class StatusPoll;
 struct Machine;
 
 /// The one main window of a run, and the system's main loop: once it is shown, everything that happens comes
 /// from its controls, keys and timers. It composes nothing itself: the phonebook side and the composing side
 /// are areas of their own; the window places them, wires one to the other, passes its fixed public members
 /// on, and owns start, end and timers.
-class frmMain final : public QWidget, public PhonebookHost, public ComposeHost {
+class frmMain final : public QWidget, public PhonebookHost, public ComposeHost, public HistoryHost {
     Q_OBJECT
 public:
     /// Everything given outlives the window.
@@ -86,6 +87,11 @@ public:
     void CreateGroupFromSelection(const ListView& list, bool onlySelected) override;
     void StartTracking() override;
 
+    // For the history.
+    void SetMessageText(const QString& text) override;
+    [[nodiscard]] QString SelectedTail() const override;
+    [[nodiscard]] QString SignatureText() const override;
+
 protected:
     void closeEvent(QCloseEvent* event) override;
     bool event(QEvent* event) override;
@@ -102,10 +108,10 @@ private:
     CommandStrip* m_commands;
     PhonebookArea* m_phonebook;
     ComposeArea* m_compose;
-    AlertStrip* m_alert;
-    StatusPoll* m_poll;
+    std::unique_ptr<DeliveryArea> m_delivery;
     MainLayout* m_layout;
     std::unique_ptr<AccessPasswords> m_passwords;
+    std::unique_ptr<HistoryOpening> m_history;
     std::unique_ptr<ShowRequests> m_requests;
     std::unique_ptr<ExitPath> m_exit;
     bool m_isInTray = false;

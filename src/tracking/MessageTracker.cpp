@@ -133,6 +133,9 @@ void MessageTracker::LoadSettings() {
     const QString& section = SettingNames::SectionNotify;
     SetEnabled(m_settings.GetValue(section, SettingNames::Enabled, SettingOn) == SettingOn);
     PlaySound = m_settings.GetValue(section, SettingNames::PlaySound, SettingOff) == SettingOn;
+    UseDesktopNotices = m_settings.GetValue(section, SettingNames::Desktop, SettingOff) == SettingOn;
+    ShowDetailsOnDesktop =
+        m_settings.GetValue(section, SettingNames::DesktopDetails, SettingOff) == SettingOn;
     const QString interval = m_settings.GetValue(section, SettingNames::Interval, QStringLiteral("60"));
     // A number too large for the field is passed over and leaves the interval as it is.
     Trap([&] { RefreshInterval = Numbers::ToInt16(interval); });
@@ -143,6 +146,8 @@ void MessageTracker::SaveSettings() {
     m_settings.SetValue(section, SettingNames::Enabled, m_enabled ? SettingOn : SettingOff);
     m_settings.SetValue(section, SettingNames::PlaySound, PlaySound ? SettingOn : SettingOff);
     m_settings.SetValue(section, SettingNames::Interval, QString::number(RefreshInterval));
+    m_settings.SetValue(section, SettingNames::Desktop, UseDesktopNotices ? SettingOn : SettingOff);
+    m_settings.SetValue(section, SettingNames::DesktopDetails, ShowDetailsOnDesktop ? SettingOn : SettingOff);
 }
 
 MessageTracker::Slots::iterator MessageTracker::FindSlot(qint32 msgID) {

@@ -50,6 +50,10 @@ public:
     qint16 RefreshInterval = 60;
     /// Whether a notification is heard, from the settings.
     bool PlaySound = false;
+    /// Whether the desktop's own notifications are used as well, and whether number and text may stand there
+    /// for everybody to see.
+    bool UseDesktopNotices = false;
+    bool ShowDetailsOnDesktop = false;
     /// Who is told of final messages; none while there is nobody to tell: final slots then wait.
     void SetSink(DeliverySink* sink) { m_sink = sink; }
 

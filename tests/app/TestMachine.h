@@ -47,15 +47,16 @@ public:
     FreshSettings OwnSettings;
     TempOffice Office;
     RecordingDoor Door;
+    FakeNotices Notices;
     FakeWindows Desktop;
     FakeInstance OneCopy;
     CodePage Page{1252};
     Log AppLog{Office.Files, Office.Time};
 
     [[nodiscard]] Machine Seams() {
-        return {Office.Time, Office.Pump,       Office.Keys,   Office.Sound, Office.Boxes,
-                Door,        Office.Folders,    Office.Drives, Office.Files, Desktop,
-                OneCopy,     Office.FileEngine, Page,          AppLog};
+        return {Office.Time,  Office.Pump, Office.Keys,       Office.Sound,  Notices,
+                Office.Boxes, Door,        Office.Folders,    Office.Drives, Office.Files,
+                Desktop,      OneCopy,     Office.FileEngine, Page,          AppLog};
     }
 
     /// What was logged after this call can be read by LogLines.

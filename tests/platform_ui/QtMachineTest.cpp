@@ -1,3 +1,7 @@
+#include "core/Log.h"
+#include "platform/Clock.h"
+#include "platform/LocalFiles.h"
+#include "platform_ui/DBusNotices.h"
 #include "platform_ui/QtKeyState.h"
 #include "platform_ui/QtMessageBoxes.h"
 #include "platform_ui/QtSound.h"
@@ -9,6 +13,11 @@
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
+
+#include <QAudioDevice>
+#include <QFile>
+#include <QMediaDevices>
+#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -87,8 +96,50 @@ TEST(QtMachine, NoKeyIsDownWhenNobodyPressesOne) {
     EXPECT_FALSE(keys.IsKeyDown(KeyState::Key::Alt));
 }
 
+/// A log in a file of its own.
+class KeptLog {
+public:
+    KeptLog() { Kept.LogToFile(m_folder.filePath(QStringLiteral("log"))); }
+    [[nodiscard]] qsizetype Lines() const {
+        QFile file(m_folder.filePath(QStringLiteral("log")));
+        return file.open(QIODevice::ReadOnly) ? file.readAll().count('\n') : 0;
+    }
+
+private:
+    QTemporaryDir m_folder;
+    DiskFiles m_files;
+    SystemClock m_clock;
+
+public:
+    Log Kept{m_files, m_clock};
+};
+
 TEST(QtMachine, ABeepIsHarmlessWithoutASpeaker) {
-    QtSound().Beep();
+    KeptLog log;
+    QtSound(log.Kept).Beep();
+    EXPECT_EQ(log.Lines(), 0);
+}
+
+TEST(QtMachine, ASoundWithoutACardIsOneLineInTheLogAndNoMore) {
+    if (!QMediaDevices::defaultAudioOutput().isNull()) {
+        GTEST_SKIP() << "this machine has a sound card";
+    }
+    KeptLog log;
+    QtSound sound(log.Kept);
+    sound.Play(QString());
+    EXPECT_EQ(log.Lines(), 0) << "a file that is not there plays nothing";
+    sound.Play(QStringLiteral("/tmp/any.wav"));
+    sound.Play(QStringLiteral("/tmp/any.wav"));
+    EXPECT_EQ(log.Lines(), 1);
+}
+
+TEST(QtMachine, NoticesWithoutASessionBusAreOneLineInTheLogAndNoMore) {
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus");
+    KeptLog log;
+    DBusNotices notices(log.Kept);
+    notices.Show(QStringLiteral("Title"), QStringLiteral("Text"), BalloonIcon::Information);
+    notices.Show(QStringLiteral("Title"), QStringLiteral("Text"), BalloonIcon::Error);
+    EXPECT_EQ(log.Lines(), 1);
 }
 
 TEST(Windows, WithoutAnXServerThereAreNoWindowsToReach) {

@@ -5,12 +5,15 @@
 #include "addressbook/frmTabName.h"
 #include "compose/frmConfirmRecipient.h"
 #include "compose/frmGetTime.h"
+#include "controls/ReportControl.h"
+#include "controls/frmGeneralInfo.h"
 #include "core/Settings.h"
 #include "setup/frmPassword.h"
 #include "shell/MainControls.h"
 #include "shell/MainWindow.h"
 #include "shell/TipOfDay.h"
 #include "shell/frmSplash.h"
+#include "tracking/frmHistory.h"
 
 #include <QCheckBox>
 #include <QDateEdit>
@@ -122,6 +125,55 @@ private:
     std::unique_ptr<TipOfDay> m_dialog;
 };
 
+class NoHistoryHost final : public HistoryHost {
+public:
+    void SetMessageText(const QString&) override {}
+    void UpdateStateDisplay() override {}
+    [[nodiscard]] QString SelectedTail() const override { return {}; }
+    [[nodiscard]] QString SignatureText() const override { return {}; }
+};
+
+/// With messages, the first of which can be canceled.
+class OpenHistory final : public OpenForm {
+public:
+    OpenHistory() {
+        for (const int status : {5, 7, 0}) {
+            const qint32 id = m_machine.Office.AddMessageRow(
+                {{Q("msgRecipient"), Q("Surname, First")},
+                 {Q("msgText"), Q("Hello")},
+                 {Q("msgStatus"), status},
+                 {Q("msgSendTime"), m_machine.Office.Time.Time.addSecs(-600 * status)}});
+            m_history.AddToHistory(id, Q("Surname, First"), Q("Hello"), m_machine.Office.Time.Time);
+        }
+        m_dialog.LoadHistory();
+        Show(m_dialog);
+    }
+    QWidget& Form() override { return m_dialog; }
+
+private:
+    TestMachine m_machine;
+    mdlHistory m_history{m_machine.Office.Files, m_machine.Office.Folders, m_machine.Office.Boxes,
+                         m_machine.Page};
+    MessageTracker m_tracker{m_machine.Office.OutboxValues, m_machine.Office.AppSettings,
+                             m_machine.Office.Time};
+    NoHistoryHost m_host;
+    frmHistory m_dialog{{m_machine.Office.Outbox(), m_history, m_tracker, m_host, m_machine.Door,
+                         m_machine.Office.Boxes, m_machine.Office.Pump, m_machine.Office.Time}};
+};
+
+class OpenInfo final : public OpenForm {
+public:
+    OpenInfo() {
+        m_dialog.SetTitle(Q("Cancel Messages"));
+        m_dialog.SetMessaage(Q("The following messages could not be canceled:\r\n\r\nMessage ID#17\r\n"));
+        Show(m_dialog);
+    }
+    QWidget& Form() override { return m_dialog; }
+
+private:
+    frmGeneralInfo m_dialog;
+};
+
 class OpenSplash final : public OpenForm {
 public:
     OpenSplash() { Show(m_splash); }
@@ -196,6 +248,23 @@ const std::vector<FormRow>& FormTable() {
           {"cmdNextTip", Button, true},
           {"cmdClose", Button, true}},
          "cmdClose",
+         Ending::Closed,
+         Ending::Closed},
+        {"frmHistory",
+         [] { return std::make_unique<OpenHistory>(); },
+         {{"rptHistory", &Is<ReportControl>, true},
+          {"cmdCancel", Button, true},
+          {"cmdClear", Button, true},
+          {"cmdPrint", Button, true},
+          {"cmdClose", Button, true}},
+         "cmdClose",
+         Ending::Closed,
+         Ending::Closed,
+         "C"},
+        {"frmGeneralInfo",
+         [] { return std::make_unique<OpenInfo>(); },
+         {{"txtMessage", &Is<QPlainTextEdit>, true}, {"cmdOK", Button, true}},
+         "cmdOK",
          Ending::Closed,
          Ending::Closed},
         {"frmSplash",

@@ -63,6 +63,8 @@ struct FormRow {
     const char* DefaultButton;
     Ending Enter;
     Ending Escape;
+    /// Mnemonics that two of its captions share, as they were given.
+    const char* SharedMnemonics = "";
 };
 
 /// For the messages of a test.

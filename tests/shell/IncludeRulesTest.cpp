@@ -32,6 +32,7 @@ const QMap<QString, QStringList>& MayInclude() {
             {"platform_ui", "controls core platform"},
             {"addressbook_core", "store engine error core platform"},
             {"tracking_core", "store engine error core platform"},
+            {"tracking_ui", "tracking_core controls store engine error core platform"},
             {"compose_core", "addressbook_core tracking_core store engine error core platform"},
             {"contact_items", "addressbook_core controls core platform"},
             {"addressbook_ui", "contact_items addressbook_core controls store engine error core platform"},
@@ -39,7 +40,9 @@ const QMap<QString, QStringList>& MayInclude() {
              "compose_core contact_items addressbook_core tracking_core controls store core platform"},
             {"setup", "controls store engine error core platform"},
             {"app", "platform_ui addressbook_core tracking_core controls store engine error core platform"},
-            {"shell", "app addressbook_ui compose_ui setup platform_ui tracking_core controls core platform"},
+            {"shell",
+             "app addressbook_ui compose_ui tracking_ui setup platform_ui tracking_core controls core "
+             "platform"},
             {"program", "shell app core platform"},
             {"tools/common", "store engine error core platform"},
             {"tools/larkspan-data", "tools/common office sqlite store engine error core platform"},
@@ -55,9 +58,10 @@ const QMap<QString, QStringList>& MayInclude() {
 }
 
 /// The parts that may have windows: all others are built on QtCore alone.
-const QStringList WindowParts = Q("controls platform_ui contact_items addressbook_ui compose_ui setup app "
-                                  "shell program")
-                                    .split(u' ');
+const QStringList WindowParts =
+    Q("controls platform_ui contact_items addressbook_ui compose_ui tracking_ui setup app "
+      "shell program")
+        .split(u' ');
 
 QString Read(const QString& path) {
     QFile file(path);
@@ -85,7 +89,6 @@ QString PartOf(const QString& name) {
         {Q("store/engine/sql"), Q("sql")},
         {Q("store/engine/sqlite"), Q("sqlite")},
         {Q("store/office"), Q("office")},
-        {Q("tracking"), Q("tracking_core")},
         {Q("common"), Q("tools/common")},
         {Q("larkspan-data"), Q("tools/larkspan-data")},
         {Q("larkspan-gateway"), Q("tools/larkspan-gateway")},
@@ -99,7 +102,7 @@ QString PartOf(const QString& name) {
     if (name.startsWith(Q("addressbook/ContactItems."))) {
         return Q("contact_items");
     }
-    if (folder == Q("addressbook") || folder == Q("compose")) {
+    if (folder == Q("addressbook") || folder == Q("compose") || folder == Q("tracking")) {
         return folder + (IsListed(folder, file) ? Q("_ui") : Q("_core"));
     }
     const QString part = other.value(folder, folder);

@@ -8,11 +8,11 @@
 namespace {
 
 /// Buttons whose windows are not part of the program yet.
-const QStringList Later = {
-    QStringLiteral("cmdHistory"),     QStringLiteral("cmdReports"),   QStringLiteral("cmdConfig"),
-    QStringLiteral("cmdAbout"),       QStringLiteral("cmdMinimize"),  QStringLiteral("cmdAddContact"),
-    QStringLiteral("cmdEditContact"), QStringLiteral("cmdSearch"),    QStringLiteral("cmdPrint"),
-    QStringLiteral("cmdQBPrevious"),  QStringLiteral("cmdNextQBPage")};
+const QStringList Later = {QStringLiteral("cmdReports"),    QStringLiteral("cmdConfig"),
+                           QStringLiteral("cmdAbout"),      QStringLiteral("cmdMinimize"),
+                           QStringLiteral("cmdAddContact"), QStringLiteral("cmdEditContact"),
+                           QStringLiteral("cmdSearch"),     QStringLiteral("cmdPrint"),
+                           QStringLiteral("cmdQBPrevious"), QStringLiteral("cmdNextQBPage")};
 
 bool IsInside(const QWidget* widget, bool (*isOwner)(const QObject*)) {
     for (const QWidget* at = widget; at != nullptr; at = at->parentWidget()) {

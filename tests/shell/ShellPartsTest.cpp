@@ -1,3 +1,5 @@
+#include "controls/Icons.h"
+#include "controls/PopupControl.h"
 #include "shell/Application.h"
 #include "shell/MainScreens.h"
 #include "shell/MainWindow.h"
@@ -7,6 +9,7 @@
 
 #include <QCheckBox>
 #include <QLabel>
+#include <QPainter>
 #include <QPushButton>
 #include <QTimer>
 
@@ -135,6 +138,71 @@ TEST(StatusPoll, AFailedMessageRaisesTheWarning) {
     window.Form->ToTray(false);
     EXPECT_TRUE(window.Find("lblFailureWarning")->isVisible()) << "set while the window was away";
     window.Context.MessageTracker.SetSink(nullptr);
+}
+
+/// The whole way of a status: the poll, the popup, the warning.
+class Tidings : public ::testing::Test {
+public:
+    MainWindow Window;
+
+    Tidings() {
+        Window.Open();
+        Window.Context.MessageTracker.RefreshInterval = 0;
+    }
+    void Tell(qint32 status) {
+        const qint32 id =
+            Window.Machine.Office.AddMessageRow({{Q("msgRecipient"), Q("Ann")}, {Q("msgStatus"), status}});
+        Window.Context.MessageTracker.Track(id, Q("Ann"), Q("+353865550101"), Q("text"));
+        Window.Form->findChild<StatusPoll*>()->Check();
+    }
+    [[nodiscard]] PopupControl& Popup() { return *Window.Find<PopupControl>("pucFeedback"); }
+    [[nodiscard]] bool IsWarned() { return Window.Find("lblFailureWarning")->isVisible(); }
+};
+
+TEST_F(Tidings, ADeliveredMessageIsToldInThePopupAndWarnsOfNothing) {
+    Tell(5);
+    EXPECT_TRUE(Popup().isVisible());
+    EXPECT_EQ(Popup().Captions(), (QStringList{Q("Ann"), Q("+353865550101"), Q("text")}));
+    EXPECT_FALSE(IsWarned());
+    QTest::mouseClick(&Popup(), Qt::LeftButton);
+    EXPECT_FALSE(Popup().isVisible()) << "a click closes it";
+}
+
+TEST_F(Tidings, OnlyACanceledMessageRaisesTheWarning) {
+    Tell(2);
+    EXPECT_TRUE(Popup().isVisible());
+    EXPECT_TRUE(IsWarned());
+}
+
+TEST_F(Tidings, TheWarningStaysOverGoodNewsGoesAtAClickAndComesWithTheNextFailure) {
+    Tell(7);
+    Tell(5);
+    EXPECT_TRUE(IsWarned()) << "a later success does not hide it";
+    QTest::mouseClick(Window.Find("lblFailureWarning"), Qt::LeftButton);
+    EXPECT_FALSE(IsWarned());
+    Tell(5);
+    EXPECT_FALSE(IsWarned());
+    Tell(7);
+    EXPECT_TRUE(IsWarned());
+}
+
+TEST_F(Tidings, EachStatusHasItsOwnImage) {
+    const QList<std::pair<qint32, QString>> cases = {{2, Q("canceled")},
+                                                     {5, Q("delivered")},
+                                                     {7, Q("undelivered")},
+                                                     {6, Q("unconfirmed")},
+                                                     {9, Q("unknown")}};
+    for (const auto& [status, name] : cases) {
+        Tell(status);
+        const QImage seen =
+            Popup().grab(QRect(5, 17, 30, 30)).toImage().convertToFormat(QImage::Format_RGB32);
+        QImage drawn(seen.size(), QImage::Format_RGB32);
+        drawn.fill(seen.pixelColor(0, 0));
+        QPainter painter(&drawn);
+        Icons::Get(Q("tracker-") + name).paint(&painter, drawn.rect());
+        painter.end();
+        EXPECT_EQ(seen, drawn) << name.toStdString();
+    }
 }
 
 TEST(Splash, ShowsTheProductTheVersionAndNoPlaceholders) {

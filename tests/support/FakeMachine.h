@@ -6,6 +6,7 @@
 #include "platform/Folders.h"
 #include "platform/KeyState.h"
 #include "platform/MessageBoxes.h"
+#include "platform/Notices.h"
 #include "platform/Sound.h"
 
 #include <QList>
@@ -58,11 +59,22 @@ class FakeSound final : public Sound {
 public:
     int Beeps = 0;
     std::function<void()> OnBeep;
+    QStringList Played;
     void Beep() override {
         ++Beeps;
         if (OnBeep) {
             OnBeep();
         }
+    }
+    void Play(const QString& path) override { Played.append(path); }
+};
+
+/// Keeps what the desktop was told.
+class FakeNotices final : public DesktopNotices {
+public:
+    QStringList Shown;  // "title|text"
+    void Show(const QString& title, const QString& text, BalloonIcon) override {
+        Shown.append(title + u'|' + text);
     }
 };
 

@@ -28,7 +28,8 @@ private:
     /// What the toolkit says about a platform without a window manager, each time a window is shown, tells
     /// nothing about the program.
     static void Tell(QtMsgType type, const QMessageLogContext& context, const QString& text) {
-        if (text != QLatin1String("This plugin does not support propagateSizeHints()")) {
+        if (text != QLatin1String("This plugin does not support propagateSizeHints()") &&
+            text != QLatin1String("This plugin does not support raise()")) {
             std::fprintf(stderr, "%s\n", qUtf8Printable(qFormatLogMessage(type, context, text)));
         }
     }

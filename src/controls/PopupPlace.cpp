@@ -1,0 +1,21 @@
+#include "controls/PopupPlace.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr int Margin = 8;
+
+}  // namespace
+
+QPoint PopupPlace(const QRect& screen, const QRect& free, const QRect& tray, const QSize& size) {
+    bool isLeft = free.left() - screen.left() > screen.right() - free.right();
+    bool isTop = free.top() - screen.top() > screen.bottom() - free.bottom();
+    if (!tray.isEmpty()) {
+        isLeft = tray.center().x() < screen.center().x();
+        isTop = tray.center().y() < screen.center().y();
+    }
+    const int x = isLeft ? free.left() + Margin : free.right() + 1 - Margin - size.width();
+    const int y = isTop ? free.top() + Margin : free.bottom() + 1 - Margin - size.height();
+    return {std::max(x, free.left()), std::max(y, free.top())};
+}

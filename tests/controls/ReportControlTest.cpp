@@ -1,0 +1,303 @@
+#include "controls/ReportControl.h"
+
+#include "controls/ReportPaint.h"
+#include "controls/ReportPrinter.h"
+#include "support/RecordingDoor.h"
+
+#include <QDateTime>
+#include <QHeaderView>
+#include <QPdfWriter>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+ReportRecord RecordNamed(const QString& name, int value) {
+    ReportRecord record;
+    record.Tag = name;
+    ReportItem image;
+    image.HideText = true;
+    image.Icon = 0;
+    image.ToolTip = QStringLiteral(" <b>tip</b> of ") + name;
+    ReportItem number;
+    number.Value = value;
+    ReportItem text;
+    text.Value = name;
+    record.Items = {image, number, text};
+    record.PreviewText = QStringLiteral("Preview of ") + name;
+    return record;
+}
+
+/// A grid with three columns, sorted by its numbers, largest first.
+class ReportControlTest : public ::testing::Test {
+public:
+    ReportControl Grid;
+
+    ReportControlTest() {
+        Grid.AddColumn(QString(), 32, false, Qt::AlignHCenter);
+        Grid.AddColumn(QStringLiteral("Number"), 80, true);
+        Grid.AddColumn(QStringLiteral("Name"), 120, true);
+        Grid.SetSortColumn(1, Qt::DescendingOrder);
+        Grid.SetPreviewMode(true);
+        Grid.resize(400, 300);
+        Grid.show();
+    }
+    void Add(const QString& name, int value) { Grid.AddRecord(RecordNamed(name, value)); }
+    void AddThree() {
+        Add(QStringLiteral("a"), 1);
+        Add(QStringLiteral("b"), 3);
+        Add(QStringLiteral("c"), 2);
+        Grid.Populate();
+    }
+    [[nodiscard]] QString Order() const {
+        QString order;
+        for (int row = 0; row < Grid.RowCount(); ++row) {
+            order += Grid.RowRecord(row)->Tag;
+        }
+        return order;
+    }
+    [[nodiscard]] QPoint Middle(int row) const {
+        return Grid.visualRect(Grid.model()->index(row, 2)).center();
+    }
+};
+
+TEST_F(ReportControlTest, RecordsShowOnlyAfterPopulateInTheOrderOfTheSort) {
+    Add(QStringLiteral("a"), 1);
+    Add(QStringLiteral("b"), 2);
+    EXPECT_EQ(Grid.RowCount(), 0);
+    Grid.Populate();
+    EXPECT_EQ(Order(), QStringLiteral("ba"));
+    EXPECT_EQ(Grid.Record(0)->Tag, QStringLiteral("a")) << "records stay where they are";
+}
+
+TEST_F(ReportControlTest, EqualValuesStandInTheOrderOfTheRecords) {
+    Add(QStringLiteral("a"), 1);
+    Add(QStringLiteral("b"), 1);
+    Grid.InsertRecord(0, RecordNamed(QStringLiteral("c"), 1));
+    Grid.Populate();
+    EXPECT_EQ(Order(), QStringLiteral("cab"));
+}
+
+TEST_F(ReportControlTest, RemovedRecordsStandUntilPopulate) {
+    AddThree();
+    Grid.RemoveRecord(1);
+    EXPECT_EQ(Grid.RecordCount(), 2);
+    EXPECT_EQ(Order(), QStringLiteral("bca"));
+    Grid.Populate();
+    EXPECT_EQ(Order(), QStringLiteral("ca"));
+    Grid.RemoveRecord(17);
+    Grid.RemoveRecord(-1);
+    EXPECT_EQ(Grid.RecordCount(), 2);
+    Grid.DeleteAllRecords();
+    EXPECT_EQ(Grid.RecordCount(), 0);
+    EXPECT_EQ(Order(), QStringLiteral("ca"));
+    Grid.Populate();
+    EXPECT_EQ(Grid.RowCount(), 0);
+}
+
+TEST_F(ReportControlTest, OutsideTheRecordsThereIsNone) {
+    AddThree();
+    EXPECT_EQ(Grid.Record(-1), nullptr);
+    EXPECT_EQ(Grid.Record(3), nullptr);
+    EXPECT_EQ(Grid.RowRecord(3), nullptr);
+    EXPECT_EQ(Grid.HitTest(QPoint(10, 290)), nullptr);
+    EXPECT_EQ(Grid.HitTest(Middle(1))->Tag, QStringLiteral("c"));
+}
+
+TEST_F(ReportControlTest, PopulateKeepsSelectionAndCursorOfTheRecordsThatStay) {
+    AddThree();
+    Grid.SelectFirstRow();  // b
+    Add(QStringLiteral("d"), 9);
+    Grid.Populate();
+    ASSERT_EQ(Grid.SelectedRecords().size(), 1);
+    EXPECT_EQ(Grid.SelectedRecords().first()->Tag, QStringLiteral("b"));
+    EXPECT_EQ(Grid.currentIndex().row(), 1);
+}
+
+TEST_F(ReportControlTest, ASelectionThatGoesIsTold) {
+    AddThree();
+    Grid.SelectFirstRow();
+    QSignalSpy told(&Grid, &ReportControl::RowSelectionChanged);
+    Grid.DeleteAllRecords();
+    Grid.Populate();
+    EXPECT_GE(told.count(), 1);
+    EXPECT_TRUE(Grid.SelectedRecords().isEmpty());
+}
+
+TEST_F(ReportControlTest, PopulateKeepsTheRowsThatAreReadInTheirPlace) {
+    for (int i = 0; i < 50; ++i) {
+        Add(QString::number(i), i);
+    }
+    Grid.Populate();
+    QCoreApplication::processEvents();
+    Grid.verticalScrollBar()->setValue(20);
+    ASSERT_EQ(Grid.verticalScrollBar()->value(), 20);
+    const ReportRecord* top = Grid.HitTest(QPoint(40, 2));
+    Add(QStringLiteral("new"), 100);
+    Grid.Populate();
+    EXPECT_EQ(Grid.HitTest(QPoint(40, 2)), top);
+}
+
+TEST_F(ReportControlTest, AtTheTopANewRowComesIntoView) {
+    for (int i = 0; i < 50; ++i) {
+        Add(QString::number(i), i);
+    }
+    Grid.Populate();
+    Add(QStringLiteral("new"), 100);
+    Grid.Populate();
+    EXPECT_EQ(Grid.HitTest(QPoint(40, 2))->Tag, QStringLiteral("new"));
+}
+
+TEST_F(ReportControlTest, SelectedRecordsComeInTheOrderOfTheRows) {
+    AddThree();
+    Grid.selectAll();
+    QString tags;
+    for (const ReportRecord* record : Grid.SelectedRecords()) {
+        tags += record->Tag;
+    }
+    EXPECT_EQ(tags, QStringLiteral("bca"));
+}
+
+TEST_F(ReportControlTest, AClickOnAHeadSortsByItAndKeepsTheSelection) {
+    AddThree();
+    Grid.SelectFirstRow();
+    Grid.sortByColumn(2, Qt::AscendingOrder);
+    EXPECT_EQ(Order(), QStringLiteral("abc"));
+    ASSERT_EQ(Grid.SelectedRecords().size(), 1);
+    EXPECT_EQ(Grid.SelectedRecords().first()->Tag, QStringLiteral("b"));
+}
+
+TEST_F(ReportControlTest, DatesAreShownByTheirFormatAndSortedByTheirValue) {
+    for (const int day : {9, 10, 2}) {
+        ReportRecord record = RecordNamed(QString::number(day), 0);
+        record.Items[1].Value = QDateTime(QDate(2026, 3, day), QTime(8, 5));
+        record.Items[1].Format = QStringLiteral("dd mmm hh:nn");
+        Grid.AddRecord(record);
+    }
+    Grid.Populate();
+    EXPECT_EQ(Order(), QStringLiteral("1092"));
+    EXPECT_EQ(Grid.RowRecord(0)->TextOf(1), QStringLiteral("10 Mar 08:05"));
+}
+
+TEST_F(ReportControlTest, ACellWithoutTextSaysItsToolTipToAScreenReader) {
+    AddThree();
+    const QModelIndex cell = Grid.model()->index(0, 0);
+    EXPECT_EQ(cell.data(Qt::DisplayRole).toString(), QString());
+    EXPECT_EQ(cell.data(Qt::AccessibleTextRole).toString(), QStringLiteral(" <b>tip</b> of b"));
+    EXPECT_EQ(cell.data(Qt::AccessibleDescriptionRole).toString(), QStringLiteral("Preview of b"));
+}
+
+TEST_F(ReportControlTest, AToolTipThatLooksLikeMarkupIsShownAsItStands) {
+    AddThree();
+    const QString tip = Grid.model()->index(0, 0).data(Qt::ToolTipRole).toString();
+    EXPECT_TRUE(tip.contains(QStringLiteral("&lt;b&gt;tip"))) << tip.toStdString();
+}
+
+TEST_F(ReportControlTest, TheLastColumnTakesWhatTheOthersLeave) {
+    Grid.SizeLastColumn(4);
+    EXPECT_EQ(Grid.header()->length(), Grid.viewport()->width() - 4);
+    Grid.resize(600, 300);
+    EXPECT_EQ(Grid.header()->length(), Grid.viewport()->width() - 4);
+}
+
+TEST_F(ReportControlTest, RowsGrowWithTheFont) {
+    AddThree();
+    const int before = Grid.RowHeight();
+    QFont large = Grid.font();
+    large.setPointSizeF(large.pointSizeF() * 2);
+    Grid.setFont(large);
+    EXPECT_GT(Grid.RowHeight(), before);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(Grid.visualRect(Grid.model()->index(0, 1)).height(), Grid.RowHeight());
+}
+
+TEST_F(ReportControlTest, ADoubleClickTellsTheRecord) {
+    AddThree();
+    QList<QString> told;
+    QObject::connect(&Grid, &ReportControl::RowDoubleClicked, &Grid, [&](const ReportRecord* record) {
+        told.append(record == nullptr ? QStringLiteral("-") : record->Tag);
+    });
+    QTest::mouseDClick(Grid.viewport(), Qt::LeftButton, {}, Middle(1));
+    QTest::mouseDClick(Grid.viewport(), Qt::LeftButton, {}, QPoint(10, 290));
+    EXPECT_EQ(told, (QList<QString>{QStringLiteral("c"), QStringLiteral("-")}));
+}
+
+TEST_F(ReportControlTest, EnterIsLeftToTheDialog) {
+    AddThree();
+    Grid.SelectFirstRow();
+    QSignalSpy told(&Grid, &ReportControl::RowDoubleClicked);
+    QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r"));
+    QCoreApplication::sendEvent(&Grid, &enter);
+    EXPECT_EQ(told.count(), 0);
+    EXPECT_FALSE(enter.isAccepted());
+}
+
+TEST_F(ReportControlTest, TheRightButtonKeepsASelectionThatItHitsAndTakesAnotherRow) {
+    AddThree();
+    QSignalSpy menus(&Grid, &ReportControl::ContextMenuRequested);
+    Grid.selectAll();
+    QTest::mouseClick(Grid.viewport(), Qt::RightButton, {}, Middle(1));
+    EXPECT_EQ(Grid.SelectedRecords().size(), 3);
+    Grid.SelectFirstRow();
+    QTest::mouseClick(Grid.viewport(), Qt::RightButton, {}, Middle(2));
+    ASSERT_EQ(Grid.SelectedRecords().size(), 1);
+    EXPECT_EQ(Grid.SelectedRecords().first()->Tag, QStringLiteral("a"));
+    ASSERT_EQ(menus.count(), 2);
+    EXPECT_EQ(menus.last().first().toPoint(), Middle(2));
+}
+
+TEST_F(ReportControlTest, ColoursForLightPaperTurnRoundOnADarkGround) {
+    const QColor dark(0x1E, 0x21, 0x25);
+    EXPECT_EQ(ReportPaint::TextColourOn(Qt::white, QColor(128, 0, 0)), QColor(128, 0, 0));
+    EXPECT_GT(ReportPaint::TextColourOn(dark, QColor(128, 0, 0)).lightness(), 128);
+    EXPECT_EQ(ReportPaint::BackColourOn(dark, Qt::white), dark);
+    EXPECT_EQ(ReportPaint::BackColourOn(Qt::white, QColor(250, 250, 200)), QColor(250, 250, 200));
+}
+
+/// Pages are counted by what a PDF says of itself.
+int PagesOf(const QString& path) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return -1;
+    }
+    return static_cast<int>(file.readAll().count("/Type /Page\n"));
+}
+
+TEST_F(ReportControlTest, PaperHoldsEveryRowOnAsManyPagesAsItTakes) {
+    for (int i = 0; i < 200; ++i) {
+        Add(QStringLiteral("Row %1").arg(i), i);
+    }
+    Grid.Populate();
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("report.pdf"));
+    {
+        QPdfWriter paper(path);
+        paper.setPageSize(QPageSize(QPageSize::A4));
+        ReportPrinter(Grid, QStringLiteral("Title")).Render(paper);
+    }
+    EXPECT_GE(PagesOf(path), 4);
+    EXPECT_LE(PagesOf(path), 10);
+}
+
+TEST_F(ReportControlTest, AnEmptyGridPrintsOnePage) {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("report.pdf"));
+    {
+        QPdfWriter paper(path);
+        ReportPrinter(Grid, QStringLiteral("Title")).Render(paper);
+    }
+    EXPECT_EQ(PagesOf(path), 1);
+}
+
+TEST_F(ReportControlTest, PrintingWithAPreviewShowsThePagesFirst) {
+    AddThree();
+    RecordingDoor door;
+    door.ExpectDialog([](QDialog& dialog) { dialog.hide(); });
+    Grid.Print(door, QStringLiteral("My Report"), true);
+    EXPECT_EQ(door.Dialogs, QStringList{QStringLiteral("My Report")});
+}
+
+}  // namespace

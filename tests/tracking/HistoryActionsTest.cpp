@@ -1,0 +1,341 @@
+#include "support/RawDatabase.h"
+#include "tracking/HistoryBench.h"
+
+#include <QPlainTextEdit>
+
+namespace {
+
+using HistoryActions = HistoryBench;
+
+BoxRequest CancelQuestion(const QString& rest) {
+    return {QStringLiteral("Larkspan Messenger"), QStringLiteral("Are you sure you want to CANCEL ") + rest,
+            BoxIcon::Question, BoxButtons::YesNo};
+}
+
+qint32 StatusOf(HistoryBench& bench, qint32 id) {
+    const QList<QVariantMap> rows = bench.Office.MessageRows();
+    for (const QVariantMap& row : rows) {
+        if (row.value(QStringLiteral("msgID")).toInt() == id) {
+            return row.value(QStringLiteral("msgStatus")).toInt();
+        }
+    }
+    ADD_FAILURE() << "no message " << id;
+    return -1;
+}
+
+TEST_F(HistoryActions, OfThreeSelectedTwoArePendingAndOnlyTheseAreCanceled) {
+    const qint32 delivered = AddOwn(5, 30);
+    const qint32 two = AddOwn(0, 20);
+    const qint32 one = AddOwn(0, 10);
+    Open();
+    Select({one, two, delivered});
+    EXPECT_EQ(Form->PendingCount(), 2);
+    EXPECT_TRUE(Button("cmdCancel").isEnabled());
+    Door.ExpectMenu(QStringLiteral("Cancel 2 Messages"));
+    Office.Boxes.Expect(BoxAnswer::Yes);
+    RightClick(delivered);
+    EXPECT_EQ(Door.Menus.last(), (QStringList{QStringLiteral("Cancel 2 Messages"),
+                                              QStringLiteral("New Message with 'Hello...'")}));
+    EXPECT_EQ(Office.Boxes.Shown.last(), CancelQuestion(QStringLiteral("2 messages")));
+    EXPECT_EQ(StatusOf(*this, one), 2);
+    EXPECT_EQ(StatusOf(*this, two), 2);
+    EXPECT_EQ(StatusOf(*this, delivered), 5);
+    EXPECT_EQ(Sentence(one), QStringLiteral(" The message was canceled. Canceled by user"));
+}
+
+TEST_F(HistoryActions, CancelIsOnOfferOnlyWhileAPendingMessageIsSelected) {
+    const qint32 pending = AddOwn(0, 10);
+    const qint32 sent = AddOwn(3, 20);
+    Open();
+    Select({sent});
+    EXPECT_FALSE(Button("cmdCancel").isEnabled());
+    Select({sent, pending});
+    EXPECT_TRUE(Button("cmdCancel").isEnabled());
+}
+
+TEST_F(HistoryActions, AFirstRowThatIsPendingOffersToCancelAtOnce) {
+    AddOwn(0);
+    Open();
+    EXPECT_TRUE(Button("cmdCancel").isEnabled());
+}
+
+TEST_F(HistoryActions, NoLeavesTheRowsAsTheyWereAndTheTimerOff) {
+    const qint32 id = AddOwn(0);
+    Open();
+    Office.Boxes.Expect(BoxAnswer::No);
+    Button("cmdCancel").click();
+    EXPECT_EQ(Office.Boxes.Shown.last(), CancelQuestion(QStringLiteral("1 message")));
+    EXPECT_EQ(StatusOf(*this, id), 0);
+    EXPECT_EQ(Sentence(id), QStringLiteral(" The message is waiting to be processed. "));
+    EXPECT_FALSE(Timer().isActive());
+}
+
+TEST_F(HistoryActions, YesLeavesTheTimerOffToo) {
+    AddOwn(0);
+    Open();
+    Office.Boxes.Expect(BoxAnswer::Yes);
+    Button("cmdCancel").click();
+    EXPECT_FALSE(Timer().isActive());
+}
+
+TEST_F(HistoryActions, ACancelInTheMiddleOfATickLeavesTheTimerOff) {
+    AddOwn(0);
+    Open();
+    Office.Boxes.Expect(BoxAnswer::No);
+    bool isPressed = false;
+    Office.Pump.OnProcess = [&](int) {
+        if (!isPressed) {
+            isPressed = true;
+            Button("cmdCancel").click();
+        }
+    };
+    FireTimer();
+    EXPECT_TRUE(isPressed);
+    EXPECT_FALSE(Timer().isActive());
+}
+
+TEST_F(HistoryActions, AMessageThatTheGatewayTookStandsInTheListAndIsTrackedOn) {
+    const qint32 taken = AddOwn(0, 10);
+    const qint32 waiting = AddOwn(0, 20);
+    Open();
+    for (const qint32 id : {taken, waiting}) {
+        Tracker.Track(id, QStringLiteral("Ann"), QStringLiteral("+3531"), QStringLiteral("Hi"));
+    }
+    Select({taken, waiting});
+    SetStatus(taken, 1);
+    Office.Boxes.Expect(BoxAnswer::Yes);
+    QString told;
+    Door.ExpectDialog([&](QDialog& dialog) {
+        told = dialog.findChild<QPlainTextEdit*>(QStringLiteral("txtMessage"))->toPlainText();
+        dialog.findChild<QPushButton*>(QStringLiteral("cmdOK"))->click();
+    });
+    Button("cmdCancel").click();
+    EXPECT_EQ(Door.Dialogs.last(), QStringLiteral("Larkspan Messenger - Cancel Messages"));
+    EXPECT_EQ(Door.Owner, Form.get());
+    EXPECT_EQ(told,
+              QStringLiteral("The following messages could not be canceled:\n\nMessage ID#%1\n").arg(taken));
+    EXPECT_EQ(Tracker.SlotAt(0).msgID, taken);
+    EXPECT_EQ(Tracker.SlotAt(1).msgID, 0) << "the canceled one is no longer tracked";
+    EXPECT_EQ(StatusOf(*this, waiting), 2);
+    EXPECT_FALSE(Office.OutboxDB().IsConnected());
+}
+
+TEST_F(HistoryActions, AnOutboxThatCannotBeOpenedIsToldAndNothingIsCanceled) {
+    const qint32 id = AddOwn(0);
+    Open();
+    const QString path = Office.OutboxDB().Filename;
+    Office.Boxes.Expect(BoxAnswer::Yes);
+    Office.Boxes.Expect();
+    Office.OutboxDB().Filename = path + QStringLiteral(".gone");
+    Button("cmdCancel").click();
+    Office.OutboxDB().Filename = path;
+    const BoxRequest box = Office.Boxes.Shown.last();
+    EXPECT_TRUE(box.Text.startsWith(QStringLiteral("Could not open the Message database\r\nGE:0x80004005")))
+        << box.Text.toStdString();
+    EXPECT_EQ(box.Icon, BoxIcon::Critical);
+    EXPECT_EQ(box.Title, QStringLiteral("Larkspan Messenger"));
+    EXPECT_EQ(StatusOf(*this, id), 0);
+}
+
+TEST_F(HistoryActions, TheMenuCancelsTheOnePendingMessageUnderTheNameOfTheRowClicked) {
+    const qint32 pending = AddOwn(0, 10);
+    const qint32 sent = AddOwn(3, 20,
+                               {{QStringLiteral("msgRecipient"), QStringLiteral("Bob & Co")},
+                                {QStringLiteral("msgText"), QStringLiteral("Hi")}});
+    Open();
+    Select({pending, sent});
+    Door.ExpectMenu(QString());
+    RightClick(sent);
+    EXPECT_EQ(Door.Menus.last().first(), QStringLiteral("Cancel message to Bob & Co"));
+}
+
+TEST_F(HistoryActions, ARightClickBesideTheRowsDoesNothing) {
+    AddOwn(0);
+    Open();
+    const QPoint below(20, Grid().viewport()->height() - 5);
+    ASSERT_EQ(Grid().HitTest(below), nullptr);
+    QTest::mouseClick(Grid().viewport(), Qt::RightButton, {}, below);
+    EXPECT_TRUE(Door.Menus.isEmpty());
+}
+
+TEST_F(HistoryActions, InThePublicHistoryOnlyANewMessageIsOnOffer) {
+    const qint32 id = AddRow(0, 10);
+    Open(true);
+    Select({id});
+    Door.ExpectMenu(QString());
+    RightClick(id);
+    EXPECT_EQ(Door.Menus.last(), QStringList{QStringLiteral("New Message with 'Hello...'")});
+}
+
+TEST_F(HistoryActions, ANewMessageTakesTheWholeTextOfTheRowClicked) {
+    const QString text = QStringLiteral("A text that is longer than the thirty characters of the menu");
+    const qint32 id = AddOwn(5, 10, {{QStringLiteral("msgText"), text}});
+    Open();
+    Door.ExpectMenu(QStringLiteral("New Message with 'A text that is longer than the...'"));
+    RightClick(id);
+    EXPECT_EQ(Host.Calls,
+              (QStringList{QStringLiteral("text ") + text, QStringLiteral("UpdateStateDisplay")}));
+    EXPECT_FALSE(Form->isVisible());
+}
+
+TEST_F(HistoryActions, TheMenuKeyOpensTheMenuOfTheCurrentRow) {
+    AddOwn(0);
+    Open();
+    Door.ExpectMenu(QString());
+    QContextMenuEvent key(QContextMenuEvent::Keyboard, QPoint(1, 1), QPoint(1, 1));
+    QCoreApplication::sendEvent(&Grid(), &key);
+    EXPECT_EQ(Door.Menus.size(), 1);
+}
+
+TEST_F(HistoryActions, ARowThatGoesBeforeItsMenuIsThereOpensNone) {
+    const qint32 id = AddRow(5, 10);
+    Open(true);
+    Office.Pump.OnProcess = [&](int) {
+        Office.Pump.OnProcess = {};
+        Grid().DeleteAllRecords();
+        Grid().Populate();
+    };
+    RightClick(id);
+    EXPECT_TRUE(Door.Menus.isEmpty());
+}
+
+/// Takes every row away while a menu is open, and chooses the entry for a new message.
+class GoingDoor final : public ModalDoor {
+public:
+    std::function<void()> OnMenu;
+    void ShowModal(QDialog&, QWidget*) override { ADD_FAILURE() << "unexpected dialog"; }
+    QAction* ShowMenu(QMenu& menu, const QPoint&) override {
+        OnMenu();
+        return menu.actions().last();
+    }
+};
+
+TEST_F(HistoryActions, ARowThatGoesWhileItsMenuIsOpenStillGivesItsText) {
+    const qint32 id = AddRow(5, 10, {{QStringLiteral("msgText"), QStringLiteral("Keep me")}});
+    GoingDoor door;
+    HistoryServices services{Office.Outbox(), History,     Tracker,    Host, door,
+                             Office.Boxes,    Office.Pump, Office.Time};
+    Form = std::make_unique<frmHistory>(services);
+    Form->SetIsPublic(true);
+    Form->LoadHistory();
+    Form->show();
+    door.OnMenu = [this] {
+        Grid().DeleteAllRecords();
+        Grid().Populate();
+    };
+    RightClick(id);
+    EXPECT_EQ(Host.Calls.value(0), QStringLiteral("text Keep me"));
+}
+
+TEST_F(HistoryActions, AnImpatientSecondPressWhileTheOutboxIsLockedAsksNothingAndTellsNothingWrong) {
+    const qint32 id = AddOwn(0);
+    Open();
+    RawDatabase gateway(Office.OutboxPath());
+    gateway.Execute(QStringLiteral("BEGIN EXCLUSIVE"));
+    int presses = 0;
+    Office.Pump.OnProcess = [&](int) {
+        if (++presses == 1) {
+            Form->DoCancel();
+            gateway.Execute(QStringLiteral("COMMIT"));
+        }
+    };
+    Office.Boxes.Expect(BoxAnswer::Yes);
+    Button("cmdCancel").click();
+    EXPECT_GE(presses, 1) << "nothing waited";
+    EXPECT_EQ(Office.Boxes.Shown.size(), 1);
+    EXPECT_EQ(StatusOf(*this, id), 2);
+    EXPECT_TRUE(Door.Dialogs.isEmpty());
+}
+
+TEST_F(HistoryActions, ACancelInTheMiddleOfAPassIsAskedWhenThePassIsOver) {
+    const qint32 id = AddOwn(0);
+    Open();
+    RawDatabase gateway(Office.OutboxPath());
+    gateway.Execute(QStringLiteral("BEGIN EXCLUSIVE"));
+    qsizetype askedInside = -1;
+    Office.Pump.OnProcess = [&](int) {
+        if (askedInside < 0) {
+            Form->DoCancel();
+            askedInside = Office.Boxes.Shown.size();
+            gateway.Execute(QStringLiteral("COMMIT"));
+        }
+    };
+    Office.Boxes.Expect(BoxAnswer::Yes);
+    Form->UpdateHistory(false);
+    EXPECT_EQ(askedInside, 0) << "the outbox was in use";
+    EXPECT_EQ(StatusOf(*this, id), 2);
+    EXPECT_FALSE(Timer().isActive());
+}
+
+TEST_F(HistoryActions, AWindowClosedInTheMiddleOfAPassAsksNothingMore) {
+    AddOwn(0);
+    Open();
+    RawDatabase gateway(Office.OutboxPath());
+    gateway.Execute(QStringLiteral("BEGIN EXCLUSIVE"));
+    bool isDone = false;
+    Office.Pump.OnProcess = [&](int) {
+        if (!isDone) {
+            isDone = true;
+            Form->DoCancel();
+            Form->hide();
+            gateway.Execute(QStringLiteral("COMMIT"));
+        }
+    };
+    Form->UpdateHistory(false);
+    EXPECT_TRUE(isDone);
+    EXPECT_TRUE(Office.Boxes.Shown.isEmpty());
+}
+
+TEST_F(HistoryActions, ADoubleClickTakesTheTextWithoutUpdatingTheDisplay) {
+    const qint32 id = AddOwn(5);
+    Open();
+    QTest::mouseDClick(Grid().viewport(), Qt::LeftButton, {}, PointOf(id));
+    EXPECT_EQ(Host.Calls, QStringList{QStringLiteral("text Hello")});
+    EXPECT_FALSE(Form->isVisible());
+}
+
+TEST_F(HistoryActions, ADoubleClickWithNoRowUnderItDoesNothing) {
+    AddOwn(5);
+    Open();
+    QTest::mouseDClick(Grid().viewport(), Qt::LeftButton, {}, QPoint(20, Grid().viewport()->height() - 5));
+    EXPECT_TRUE(Host.Calls.isEmpty());
+    EXPECT_TRUE(Form->isVisible());
+}
+
+TEST_F(HistoryActions, ClearAsksAndKeepsEverythingOnNo) {
+    const qint32 id = AddOwn(5);
+    Open();
+    Office.Boxes.Expect(BoxAnswer::No);
+    Button("cmdClear").click();
+    EXPECT_EQ(Office.Boxes.Shown.last(),
+              (BoxRequest{QStringLiteral("Larkspan Messenger"),
+                          QStringLiteral("Do you wish to clear your message history?"), BoxIcon::Question,
+                          BoxButtons::YesNo}));
+    EXPECT_EQ(Rows(), QList<qint32>{id});
+    EXPECT_EQ(History.ReadHistory().size(), 1);
+}
+
+TEST_F(HistoryActions, ClearEmptiesGridAndFileAndTheTimerGoesOn) {
+    const qint32 id = AddOwn(0);
+    Open();
+    Office.Boxes.Expect(BoxAnswer::Yes);
+    Button("cmdClear").click();
+    EXPECT_EQ(Grid().RowCount(), 0);
+    EXPECT_EQ(Grid().RecordCount(), 0);
+    EXPECT_TRUE(History.ReadHistory().isEmpty());
+    EXPECT_FALSE(Button("cmdCancel").isEnabled());
+    EXPECT_TRUE(Timer().isActive());
+    SetStatus(id, 5);
+    Form->UpdateHistory(false);  // writes to a grid without records do nothing
+    EXPECT_EQ(Grid().RowCount(), 0);
+}
+
+TEST_F(HistoryActions, PrintShowsThePagesFirst) {
+    AddOwn(5);
+    Open();
+    Door.ExpectDialog([](QDialog& dialog) { dialog.hide(); });
+    Button("cmdPrint").click();
+    EXPECT_EQ(Door.Dialogs.last(), QStringLiteral("Larkspan Messenger - Message History"));
+}
+
+}  // namespace

@@ -1,0 +1,6 @@
+larkspan_test(test_tracking_ui GUI
+  SOURCES
+    HistoryActionsTest.cpp
+    HistoryBench.h
+    frmHistoryTest.cpp
+  LINK larkspan_tracking_ui larkspan_test_office)
