@@ -68,7 +68,7 @@ TEST(AppContext, IsCreatedAndDestroyedAHundredTimes) {
                                      machine.Office.DataFolder.path());
         ASSERT_TRUE(mdlOutbox::OpenOutbox(context.Outbox));
         ASSERT_TRUE(mdlPhonebook::OpenPhonebook(context.Phonebook));
-        context.CreateTracker();
+        context.CreateTracker(nullptr, nullptr);
     }
 }
 
@@ -101,7 +101,7 @@ TEST(AppContext, CreateTrackerTakesTheUsersSettings) {
     TestMachine::Store(SettingNames::SectionNotify, SettingNames::Interval, Q("15"));
     AppContext context(machine.Seams());
     context.AppSettings.SetApplication(Q("Larkspan Messenger"));
-    context.CreateTracker();
+    context.CreateTracker(nullptr, nullptr);
     EXPECT_FALSE(context.MessageTracker.Enabled());
     EXPECT_EQ(context.MessageTracker.RefreshInterval, 15);
 }
