@@ -2,7 +2,8 @@
 // program's window.
 //
 // usage: larkspan-tour --data FOLDER PICTURES
-// Exit status 0 only if every message reached its final status and stands in both local files.
+// Exit status 0 only if every message reached its final status stands in both local files, and one more was
+// canceled in time.
 
 #include "e2e/Driver.h"
 
@@ -11,6 +12,7 @@
 #include "app/EntryRoutine.h"
 #include "app/RealMachine.h"
 #include "controls/ListView.h"
+#include "controls/ReportControl.h"
 #include "platform/Drives.h"
 #include "platform/Folders.h"
 #include "platform/LocalFiles.h"
@@ -19,16 +21,24 @@
 #include "shell/MainScreens.h"
 #include "shell/frmMain.h"
 
+#include <QAbstractButton>
 #include <QDateTimeEdit>
 #include <QDir>
+#include <QMenu>
+#include <QMessageBox>
 #include <QPlainTextEdit>
-#include <QSet>
 #include <QTest>
 #include <QTimer>
 
 #include <cstdio>
 
 namespace {
+
+struct SentMessage {
+    qint32 ID = 0;
+    QString Recipient;
+    qint32 Status = 0;
+};
 
 struct Tour {
     AppContext& Context;
@@ -42,6 +52,8 @@ struct Tour {
     void SendAtTime();
     void SeeItDelivered();
     void CheckFiles() const;
+    void CancelOne();
+    void WorkInHistory();
     void ComposeForPictures();
     void ShowLooks();
     void ShowScaled();
@@ -52,7 +64,14 @@ struct Tour {
     }
     [[nodiscard]] QStringList NamesWithConfirmation(bool isConfirm, int count) const;
 
+    /// What became of the messages of this tour, as it stands in the outbox.
+    [[nodiscard]] QList<SentMessage> Sent() const;
+    /// Whether the client still follows a message.
+    [[nodiscard]] bool HasPending() const;
+
     int Expected = 0;
+    /// The newest message of the history when it was closed.
+    ReportRecord Newest = {};
 };
 
 QString StatusWord(qint32 status) {
@@ -142,46 +161,114 @@ void Tour::SendAtTime() {
     Hand.WaitFor(QStringLiteral("an empty composition"), [this] { return Recipients() == 0; });
 }
 
-void Tour::SeeItDelivered() {
-    const auto countFinal = [this] {
-        int count = 0;
-        for (int slot = 0; slot < MessageTracker::SlotCount; ++slot) {
-            const MessageTracker::Slot& message = Context.MessageTracker.SlotAt(slot);
-            count += message.msgID != 0 && mdlOutbox::IsMessageFinal(message.status) ? 1 : 0;
-        }
-        return count;
-    };
-    Hand.WaitFor(
-        QStringLiteral("every message at its final status"), [&] { return countFinal() == Expected; }, 90);
+QList<SentMessage> Tour::Sent() const {
+    mdlHistory history(Parts.Files, Parts.Places, Parts.Boxes, Parts.Page);
+    QString filter;
+    for (const HistoryRecord& record : history.ReadHistory().mid(0, Expected)) {
+        filter += QStringLiteral(" OR msgID = ") + QString::number(record.MessageID);
+    }
+    // Past the client's own connection, as the gateway sees it.
+    DB outbox(Context.Database);
+    outbox.Filename = Context.OutboxDB->Filename;
+    QList<SentMessage> messages;
+    if (filter.isEmpty() || !outbox.OpenDatabase(engine::Mode::ReadShared)) {
+        return messages;
+    }
+    const auto rows = outbox.OpenDynaset(
+        QStringLiteral("SELECT msgID, msgRecipient, msgStatus FROM Message WHERE ") + filter.mid(4),
+        engine::CursorType::ForwardOnly, engine::LockType::ReadOnly);
+    for (; rows != nullptr && !rows->EndOfFile(); rows->MoveNext()) {
+        messages.append({rows->Value(u"msgID").toInt(), rows->Value(u"msgRecipient").toString(),
+                         rows->Value(u"msgStatus").toInt()});
+    }
+    return messages;
+}
+
+bool Tour::HasPending() const {
     for (int slot = 0; slot < MessageTracker::SlotCount; ++slot) {
         const MessageTracker::Slot& message = Context.MessageTracker.SlotAt(slot);
-        if (message.msgID != 0) {
-            std::printf("    message %-4d to %-28s %s %s\n", message.msgID, qUtf8Printable(message.recipient),
-                        qUtf8Printable(StatusWord(message.status)), qUtf8Printable(message.deliveryTime));
+        if (message.msgID != 0 && !mdlOutbox::IsMessageFinal(message.status)) {
+            return true;
         }
     }
-    Hand.Picture(QStringLiteral("7-delivered"));
+    return false;
+}
+
+void Tour::SeeItDelivered() {
+    Hand.WaitFor(
+        QStringLiteral("a popup that tells of messages"),
+        [this] { return Window.findChild<QWidget*>(QStringLiteral("pucFeedback"))->isVisible(); }, 90);
+    Hand.Picture(QStringLiteral("7-popup"));
+    Hand.WaitFor(
+        QStringLiteral("every message at its final status"), [this] { return !HasPending(); }, 90);
+    const QList<SentMessage> messages = Sent();
+    for (const SentMessage& message : messages) {
+        if (!mdlOutbox::IsMessageFinal(message.Status)) {
+            throw DriverError(QStringLiteral("message %1 is not final").arg(message.ID));
+        }
+        std::printf("    message %-4d to %-28s %s\n", message.ID, qUtf8Printable(message.Recipient),
+                    qUtf8Printable(StatusWord(message.Status)));
+    }
+    if (messages.size() != Expected) {
+        throw DriverError(
+            QStringLiteral("%1 messages of %2 stand in the outbox").arg(messages.size()).arg(Expected));
+    }
+    Hand.Picture(QStringLiteral("8-delivered"));
 }
 
 void Tour::CheckFiles() const {
-    mdlHistory history(Parts.Files, Parts.Places, Parts.Boxes, Parts.Page);
-    QSet<qint32> inHistory;
-    for (const HistoryRecord& record : history.ReadHistory()) {
-        inHistory.insert(record.MessageID);
-    }
     const QByteArray log =
         Parts.Files.Read(Parts.Places.ApplicationFolder() + QStringLiteral("messagelog.sms"))
             .value_or(QByteArray());
-    for (int slot = 0; slot < MessageTracker::SlotCount; ++slot) {
-        const qint32 id = Context.MessageTracker.SlotAt(slot).msgID;
-        if (id != 0 && !inHistory.contains(id)) {
-            throw DriverError(QStringLiteral("message %1 is not in history.sms").arg(id));
-        }
-        if (id != 0 && !("\n" + log).contains("\n" + QByteArray::number(id) + ',')) {
-            throw DriverError(QStringLiteral("message %1 is not in messagelog.sms").arg(id));
+    for (const SentMessage& message : Sent()) {
+        if (!("\n" + log).contains("\n" + QByteArray::number(message.ID) + ',')) {
+            throw DriverError(QStringLiteral("message %1 is not in messagelog.sms").arg(message.ID));
         }
     }
     std::printf("    %d messages, all in history.sms and messagelog.sms\n", Expected);
+}
+
+/// A message for tomorrow is taken back before the gateway gets it.
+void Tour::CancelOne() {
+    Hand.ClickTab(QStringLiteral("tabGroup"), QStringLiteral("*"));
+    Hand.DoubleClickRow(QStringLiteral("lvContacts"), NamesWithConfirmation(false, 5)[4]);
+    Hand.Type(QStringLiteral("txtMessage"), QStringLiteral("Your appointment is tomorrow at ten."));
+    Hand.WhenDialog(QStringLiteral("frmGetTime"), [] {
+        auto& date = Driver::Find<QDateTimeEdit>(QStringLiteral("dtDate"));
+        date.setDate(date.date().addDays(1));
+        Driver::Click(QStringLiteral("cmdOK"));
+    });
+    Hand.Click(QStringLiteral("cmdSendLater"));
+    Hand.WaitFor(QStringLiteral("an empty composition"), [this] { return Recipients() == 0; });
+    Hand.WhenDialog(QStringLiteral("frmHistory"), [this] { WorkInHistory(); });
+    Hand.Click(QStringLiteral("cmdHistory"));
+    if (Newest.Items.value(0).Value != QVariant(2)) {
+        throw DriverError(QStringLiteral("the message for tomorrow was not canceled"));
+    }
+    std::printf("    a message for tomorrow was canceled before it was sent\n");
+}
+
+void Tour::WorkInHistory() {
+    auto& grid = Driver::Find<ReportControl>(QStringLiteral("rptHistory"));
+    Hand.Picture(QStringLiteral("9-history"));
+    Hand.WhenMenu([this](QMenu& menu) {
+        Hand.Picture(QStringLiteral("10-history-menu"));
+        menu.close();
+    });
+    QTest::mouseClick(grid.viewport(), Qt::RightButton, {},
+                      grid.visualRect(grid.model()->index(0, 2)).center());
+    Hand.WhenDialog(QStringLiteral("MessageBox"), [this] {
+        Hand.Picture(QStringLiteral("11-cancel"));
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        box->button(QMessageBox::Yes)->click();
+    });
+    Driver::Click(QStringLiteral("cmdCancel"));
+    Hand.Picture(QStringLiteral("12-canceled"));
+    Newest = *grid.RowRecord(0);
+    Look::Apply(QStringLiteral("dark"));
+    Hand.Picture(QStringLiteral("13-history-dark"));
+    Look::Apply(QStringLiteral("light"));
+    Driver::Click(QStringLiteral("cmdClose"));
 }
 
 void Tour::ComposeForPictures() {
@@ -228,6 +315,7 @@ void Tour::Run() {
     SendAtTime();
     SeeItDelivered();
     CheckFiles();
+    CancelOne();
     ShowLooks();
 }
 
