@@ -5,8 +5,8 @@ build_packages=(
   qt6-base-dev qt6-base-dev-tools qt6-multimedia-dev qt6-svg-dev libgl1-mesa-dev
   libsqlite3-dev libxcb1-dev libxcb-ewmh-dev libgtest-dev
 )
-# A screen that is not there: X server, window manager, fonts, a hand for the mouse.
-screen_packages=(xvfb xauth x11-utils openbox fonts-dejavu-core xdotool)
+# A screen that is not there: X server, window manager, fonts, a hand for the mouse, a tray, a session bus.
+screen_packages=(xvfb xauth x11-utils openbox fonts-dejavu-core xdotool trayer dbus-daemon)
 style_packages=(clang-format man-db)
 tidy_packages=(clang clang-tidy)
 fuzz_packages=(clang libclang-rt-14-dev)

@@ -13,6 +13,8 @@ class Log;
 class MessageBoxes;
 class ModalDoor;
 class Sound;
+class Tray;
+class UrlOpener;
 class Windows;
 
 namespace engine {
@@ -27,6 +29,8 @@ struct Machine {
     const KeyState& Keys;
     Sound& Beeper;
     DesktopNotices& Notices;
+    Tray& NotificationArea;
+    UrlOpener& Web;
     MessageBoxes& Boxes;
     ModalDoor& Door;
     Folders& Places;

@@ -13,6 +13,8 @@
 #include "platform_ui/QtKeyState.h"
 #include "platform_ui/QtMessageBoxes.h"
 #include "platform_ui/QtSound.h"
+#include "platform_ui/QtTray.h"
+#include "platform_ui/QtUrlOpener.h"
 #include "platform_ui/Windows.h"
 #include "store/engine/Connection.h"
 
@@ -37,6 +39,8 @@ private:
     Log m_log{m_files, m_clock};
     QtSound m_sound{m_log};
     DBusNotices m_notices{m_log};
+    QtTray m_tray;
+    QtUrlOpener m_web;
     std::unique_ptr<Windows> m_windows;
     LocalInstance m_instance;
     engine::FileConnectionFactory m_engine;

@@ -10,3 +10,4 @@ foreach(side 16 24 32 48 64 128 256)
           DESTINATION share/icons/hicolor/${side}x${side}/apps
           RENAME larkspan.png)
 endforeach()
+install(FILES packaging/larkspan-symbolic.svg DESTINATION share/icons/hicolor/symbolic/apps)

@@ -1,8 +1,23 @@
 #include "controls/Cmenu.h"
 
 #include "controls/ModalDoor.h"
+#include "core/NumberedFailure.h"
+
+#include <QApplication>
+#include <QCursor>
 
 namespace {
+
+/// The first window of this program that is not a menu; null if there is none.
+const QWidget* FirstTopWindow() {
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    for (const QWidget* window : windows) {
+        if (window->windowType() != Qt::Popup && window->windowType() != Qt::Desktop) {
+            return window;
+        }
+    }
+    return nullptr;
+}
 
 /// Entries show the names of groups, and an "&" in a name is no mnemonic.
 QString Escaped(const QString& text) {
@@ -59,6 +74,19 @@ void Cmenu::AddItem(Cmenu menu) {
 int Cmenu::TrackPopup(ModalDoor& door, const QPoint& position) const {
     const QAction* chosen = door.ShowMenu(*m_menu, position);
     return chosen != nullptr ? chosen->data().toInt() : 0;
+}
+
+int Cmenu::TrackPopup(ModalDoor& door, const QWidget* window, int x, int y, const QWidget* anchor) const {
+    constexpr qint32 UserError = 513;
+    if (window == nullptr && FirstTopWindow() == nullptr) {
+        throw NumberedFailure(UserError, QStringLiteral("Cannot find top window of current process!"),
+                              QStringLiteral("cMenu.TrackPopup"));
+    }
+    if (anchor != nullptr) {
+        return TrackPopup(door, anchor->mapToGlobal(QPoint(0, anchor->height())));
+    }
+    const QPoint pointer = QCursor::pos();
+    return TrackPopup(door, QPoint(x == AtPointer ? pointer.x() : x, y == AtPointer ? pointer.y() : y));
 }
 
 QStringList Cmenu::Texts() const {

@@ -12,6 +12,8 @@ class ModalDoor;
 /// A popup menu built at run time out of numbered entries.
 class Cmenu {
 public:
+    static constexpr int AtPointer = -1;
+
     explicit Cmenu(const QString& caption = QString());
 
     /// A text entry; the text "-" is a separator.
@@ -21,6 +23,12 @@ public:
     void AddItem(Cmenu menu);
     /// Shows the menu at a global position. The number of the entry chosen, 0 for none.
     [[nodiscard]] int TrackPopup(ModalDoor& door, const QPoint& position) const;
+    /// Shows the menu for a window of this program; without one, for the first top-level window that there
+    /// is. At the lower left corner of `anchor`; without one at `x` and `y`, each of which is the pointer's
+    /// where it is -1. The number of the entry chosen, 0 for none. Throws NumberedFailure if the program has
+    /// no window.
+    [[nodiscard]] int TrackPopup(ModalDoor& door, const QWidget* window, int x = AtPointer, int y = AtPointer,
+                                 const QWidget* anchor = nullptr) const;
     /// For tests: the entries' texts in order, submenus as "text > entry", separators as "-".
     [[nodiscard]] QStringList Texts() const;
 

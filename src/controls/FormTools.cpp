@@ -2,6 +2,7 @@
 
 #include "core/Product.h"
 
+#include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QTextEdit>
@@ -57,6 +58,15 @@ void FormTools::ExpandControl(QWidget& control, int year) {
     const QString expanded = Expanded(text, year);
     if (expanded != text) {
         control.setProperty(name, expanded);
+    }
+}
+
+void FormTools::BreakLines(QWidget& form) {
+    const QList<QLabel*> labels = form.findChildren<QLabel*>();
+    for (QLabel* label : labels) {
+        if (label->text().contains(QStringLiteral("\\n"))) {
+            label->setText(label->text().replace(QStringLiteral("\\n"), QStringLiteral("\n")));
+        }
     }
 }
 

@@ -13,6 +13,8 @@ namespace FormTools {
 void ExpandPlaceholders(QWidget& form, int year);
 /// The same for one control.
 void ExpandControl(QWidget& control, int year);
+/// The two characters "\n" become a line break in every label below `form`.
+void BreakLines(QWidget& form);
 
 /// Window title: `indent` blanks, the product's title, and " - " and `title` unless that is empty.
 void SetFormCaption(QWidget& form, const QString& title, int indent = 0);

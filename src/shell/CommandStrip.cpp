@@ -20,12 +20,13 @@ CommandStrip::CommandStrip(QWidget* parent) : QFrame(parent), m_banner(new AdBan
     };
     const QList<ShrinkButton*> right = {
         NewButton(QStringLiteral("cmdAbout"), QStringLiteral("about"), QStringLiteral("&About"),
-                  QStringLiteral(" About this Program "), false),
+                  QStringLiteral(" About this Program "), true),
         NewButton(QStringLiteral("cmdMinimize"), QStringLiteral("tray"), QStringLiteral("&To Tray"),
-                  QStringLiteral(" Hide in the Notification Area "), false),
+                  QStringLiteral(" Hide in the Notification Area "), true),
         NewButton(QStringLiteral("cmdExit"), QStringLiteral("exit"), QStringLiteral("E&xit"),
                   QStringLiteral(" Exit "), true),
     };
+    m_cmdExit = right.last();
     for (ShrinkButton* button : left) {
         row->addWidget(button);
         m_buttonWidth += button->sizeHint().width() + row->spacing();
@@ -38,7 +39,9 @@ CommandStrip::CommandStrip(QWidget* parent) : QFrame(parent), m_banner(new AdBan
         m_buttonWidth += button->sizeHint().width() + row->spacing();
     }
     connect(left.first(), &QAbstractButton::clicked, this, &CommandStrip::HistoryPressed);
-    connect(right.last(), &QAbstractButton::clicked, this, &CommandStrip::ExitPressed);
+    connect(right.at(0), &QAbstractButton::clicked, this, &CommandStrip::AboutPressed);
+    connect(right.at(1), &QAbstractButton::clicked, this, &CommandStrip::MinimizePressed);
+    connect(m_cmdExit, &QAbstractButton::clicked, this, &CommandStrip::ExitPressed);
 }
 
 ShrinkButton* CommandStrip::NewButton(const QString& name, const QString& icon, const QString& word,
@@ -46,6 +49,10 @@ ShrinkButton* CommandStrip::NewButton(const QString& name, const QString& icon, 
     auto* button = new ShrinkButton(name, icon, word, toolTip, this);
     button->setEnabled(isEnabled);
     return button;
+}
+
+void CommandStrip::PressExit() {
+    m_cmdExit->click();
 }
 
 void CommandStrip::StopBanner() {

@@ -14,9 +14,13 @@ public:
 
     /// No next picture from now on.
     void StopBanner();
+    /// As a click on cmdExit.
+    void PressExit();
 
 Q_SIGNALS:
     void HistoryPressed();
+    void AboutPressed();
+    void MinimizePressed();
     void ExitPressed();
 
 protected:
@@ -27,5 +31,6 @@ private:
                                           const QString& toolTip, bool isEnabled);
 
     AdBanner* m_banner;
+    ShrinkButton* m_cmdExit;
     int m_buttonWidth = 0;
 };

@@ -11,7 +11,7 @@
 namespace {
 
 /// Closes at a click.
-PopupControl* NewFeedback(QWidget& form) {
+PopupControl* NewFeedback(QWidget& form, std::function<QRect()> trayPlace) {
     auto* popup = new PopupControl(&form);
     popup->setObjectName(QStringLiteral("pucFeedback"));
     QList<QIcon> images;
@@ -19,17 +19,19 @@ PopupControl* NewFeedback(QWidget& form) {
         images.append(Icons::Get(QStringLiteral("tracker-") + QString::fromLatin1(name)));
     }
     popup->SetImages(images);
+    popup->SetTrayPlace(std::move(trayPlace));
     QObject::connect(popup, &PopupControl::ItemClicked, popup, &PopupControl::Close);
     return popup;
 }
 
 }  // namespace
 
-DeliveryArea::DeliveryArea(AppContext& context, QWidget& form, std::function<void()> showAlert)
+DeliveryArea::DeliveryArea(AppContext& context, QWidget& form, std::function<void()> showAlert,
+                           std::function<QRect()> trayPlace)
     : m_context(context),
       m_alert(new AlertStrip),
       m_poll(new StatusPoll(context.AppBusyState, context.MessageTracker, std::move(showAlert), &form)),
-      m_popup(NewFeedback(form)) {}
+      m_popup(NewFeedback(form, std::move(trayPlace))) {}
 
 QWidget* DeliveryArea::Alert() const {
     return m_alert;
@@ -39,8 +41,8 @@ void DeliveryArea::ShowAlert(bool show) {
     m_alert->ShowAlert(show);
 }
 
-void DeliveryArea::CreateTracker() {
-    m_context.CreateTracker(nullptr, m_popup);
+void DeliveryArea::CreateTracker(TrayBalloon* trayIcon) {
+    m_context.CreateTracker(trayIcon, m_popup);
 }
 
 void DeliveryArea::Release() {

@@ -34,10 +34,13 @@ void ShowRequests::DeleteInstanceMarker() {
     mdlInstance::DeleteInstanceMarker(m_machine);
 }
 
-void ShowRequests::ForceForeground() {
+bool ShowRequests::ForceForeground() {
+    if (m_form.isVisible() && !m_form.isMinimized() && m_form.isActiveWindow()) {
+        return true;
+    }
     m_form.setWindowState(m_form.windowState() & ~Qt::WindowMinimized);
     m_form.show();
     m_form.raise();
     m_form.activateWindow();
-    m_machine.Desktop.ForceForeground(Handle());
+    return m_machine.Desktop.ForceForeground(Handle());
 }

@@ -21,8 +21,9 @@ public:
     void UnsubclassMainWindow();
     /// Old versions of the program left a file beside the one with the window's handle.
     void DeleteInstanceMarker();
-    /// Out of the task bar if it is minimised there, and in front of all others.
-    void ForceForeground();
+    /// Out of the task bar if it is minimised there, and in front of all others. A window that is in front
+    /// stays as it is. True if it is there already, or if the window system took the request.
+    bool ForceForeground();
 
 private:
     [[nodiscard]] WindowHandle Handle() const;

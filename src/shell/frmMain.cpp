@@ -10,6 +10,7 @@
 #include "platform/Clock.h"
 #include "platform/EventPump.h"
 #include "setup/AccessPasswords.h"
+#include "shell/AboutBox.h"
 #include "shell/BackgroundDrag.h"
 #include "shell/CommandStrip.h"
 #include "shell/DeliveryArea.h"
@@ -19,6 +20,7 @@
 #include "shell/MainWindowKeys.h"
 #include "shell/ShowRequests.h"
 #include "shell/TipOfDay.h"
+#include "shell/TrayArea.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -36,7 +38,8 @@ frmMain::frmMain(AppContext& context, const Machine& machine, const CommandLine&
           {context.Outbox, context.Phonebook, context.AddressContacts, context.RecipientContacts,
            context.History, context.MessageTracker, context.AppBusyState, context.SortBy, *this, machine.Door,
            machine.Keys, machine.Beeper, machine.Pump, machine.AppLog, machine.Time, context.AppSettings})),
-      m_delivery(std::make_unique<DeliveryArea>(context, *this, [this] { ShowAlert(true); })),
+      m_delivery(std::make_unique<DeliveryArea>(
+          context, *this, [this] { ShowAlert(true); }, [this] { return m_tray->Place(); })),
       m_layout(new MainLayout(*this, m_commands, m_phonebook, m_compose, m_delivery->Alert())),
       m_passwords(
           std::make_unique<AccessPasswords>(context, machine.Door, machine.Pump, machine.Time, *this)),
@@ -45,11 +48,16 @@ frmMain::frmMain(AppContext& context, const Machine& machine, const CommandLine&
           HistoryOpeningParts{*this, *this, *m_compose, [this] { return PublicHistoryPasswordCheck(); },
                               [this] { return IsUnloaded(); }})),
       m_requests(std::make_unique<ShowRequests>(*this, machine, [this] { ComeForward(); })),
+      m_tray(new TrayArea(*this, machine,
+                          {[this] { m_requests->ForceForeground(); }, [this] { m_commands->PressExit(); }})),
       m_exit(std::make_unique<ExitPath>(context, machine.AppLog, &QApplication::closeAllWindows,
                                         &QCoreApplication::quit)) {
     setObjectName(QStringLiteral("frmMain"));
     m_layout->Restore(context.AppSettings);
     connect(m_commands, &CommandStrip::HistoryPressed, this, [this] { m_history->Open(); });
+    connect(m_commands, &CommandStrip::AboutPressed, this,
+            [this] { AboutBox::Show(*this, m_machine, m_context); });
+    connect(m_commands, &CommandStrip::MinimizePressed, this, [this] { ToTray(true); });
     connect(m_commands, &CommandStrip::ExitPressed, this, &QWidget::close);
     new BackgroundDrag(*this);
     MakeKeys();
@@ -89,12 +97,14 @@ StepTable frmMain::LoadSteps() {
          [this] {
              IsInitialising = true;
              FormTools::SetFormCaption(*this, QString());
+             m_tray->SetText();
          }},
+        {QStringLiteral("InitTrayIcon"), [this] { m_tray->InitTrayIcon(); }},
         {QStringLiteral("ExpandPlaceholders"),
          [this] { FormTools::ExpandPlaceholders(*this, m_machine.Time.Now().date().year()); }},
         {QStringLiteral("SetAppWindowStyle"), [this] { m_requests->SetAppWindowStyle(); }},
         {QStringLiteral("InitMainWindow"), [this] { InitMainWindow(); }},
-        {QStringLiteral("CreateTracker"), [this] { m_delivery->CreateTracker(); }},
+        {QStringLiteral("CreateTracker"), [this] { m_delivery->CreateTracker(m_tray->Balloon()); }},
         {QStringLiteral("SetAdCursor"), [this] { AdCursor = QCursor(Qt::ArrowCursor); }},
         {QStringLiteral("ShowTipOfTheDay"),
          [this] { TipOfDay::ShowIfDue(m_machine, m_context.AppSettings, m_commandLine); }},
@@ -135,12 +145,11 @@ void frmMain::ComeForward() {
 }
 
 void frmMain::ToTray(bool hide) {
-    m_isInTray = hide;
-    if (hide) {
-        showMinimized();
-    } else {
-        m_requests->ForceForeground();
-    }
+    m_tray->ToTray(hide);
+}
+
+bool frmMain::IsInTray() const {
+    return m_tray->IsInTray();
 }
 
 StepTable frmMain::QueryUnloadSteps() {
@@ -155,9 +164,14 @@ StepTable frmMain::QueryUnloadSteps() {
         {QStringLiteral("SaveSortBy"), [this] { m_context.SaveSortBy(); }},
         {QStringLiteral("SaveTracker"), [this] { m_context.MessageTracker.SaveSettings(); }},
         {QStringLiteral("DeleteInstanceMarker"), [this] { m_requests->DeleteInstanceMarker(); }},
+        {QStringLiteral("RestoreIcons"), [this] { m_tray->RestoreIcons(); }},
         {QStringLiteral("SaveTabOrder"), [this] { m_phonebook->SaveTabOrder(); }},
         {QStringLiteral("SaveLayout"), [this] { m_layout->Save(m_context.AppSettings); }},
-        {QStringLiteral("Hide"), [this] { hide(); }},
+        {QStringLiteral("Hide"),
+         [this] {
+             m_tray->Close();
+             hide();
+         }},
         {QStringLiteral("ProcessEvents"), [this] { m_machine.Pump.Process(2); }},
     };
 }

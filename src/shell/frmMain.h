@@ -21,6 +21,7 @@ class HistoryOpening;
 class MainLayout;
 class PhonebookArea;
 class ShowRequests;
+class TrayArea;
 struct Machine;
 
 /// The one main window of a run, and the system's main loop: once it is shown, everything that happens comes
@@ -65,7 +66,7 @@ public:
     void ContactListFocus(bool home) override;
     /// Hides the window, or brings it back to the front. Without a notification area it is minimised.
     void ToTray(bool hide);
-    [[nodiscard]] bool IsInTray() const { return m_isInTray; }
+    [[nodiscard]] bool IsInTray() const;
     /// True once the window was closed: the exit path has begun, and nothing shows it again.
     [[nodiscard]] bool IsUnloaded() const { return m_isUnloaded; }
     /// The warning that messages were not delivered.
@@ -113,7 +114,7 @@ private:
     std::unique_ptr<AccessPasswords> m_passwords;
     std::unique_ptr<HistoryOpening> m_history;
     std::unique_ptr<ShowRequests> m_requests;
+    TrayArea* m_tray;
     std::unique_ptr<ExitPath> m_exit;
-    bool m_isInTray = false;
     bool m_isUnloaded = false;
 };

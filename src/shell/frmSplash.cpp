@@ -25,9 +25,7 @@ frmSplash::frmSplash(int year, const QString& version)
     m_ui->lblApp->setFont(title);
     m_ui->lblVer->setText(version);
     FormTools::ExpandPlaceholders(*this, year);
-    for (QLabel* label : {m_ui->lblApp, m_ui->lblVer, m_ui->lblSuite}) {
-        label->setText(label->text().replace(QStringLiteral("\\n"), QStringLiteral("\n")));
-    }
+    FormTools::BreakLines(*this);
     adjustSize();
     move(QGuiApplication::primaryScreen()->availableGeometry().center() - rect().center());
 }

@@ -272,9 +272,10 @@ TEST(EntryRoutine, WithTempUnsetTheHandleIsWrittenToTheApplicationFolder) {
     SystemFolders folders;
     Start start(machine);
     Machine seams = start.Seams;
-    const Machine real{seams.Time,    seams.Pump,    seams.Keys,   seams.Beeper,        seams.Notices,
-                       seams.Boxes,   seams.Door,    folders,      seams.NetworkDrives, seams.Files,
-                       seams.Desktop, seams.OneCopy, seams.Engine, seams.Page,          seams.AppLog};
+    const Machine real{
+        seams.Time,    seams.Pump,    seams.Keys,   seams.Beeper, seams.Notices,       seams.NotificationArea,
+        seams.Web,     seams.Boxes,   seams.Door,   folders,      seams.NetworkDrives, seams.Files,
+        seams.Desktop, seams.OneCopy, seams.Engine, seams.Page,   seams.AppLog};
     ASSERT_TRUE(EntryRoutine(start.Context, real, start.Screens, start.Arguments).Run());
     EXPECT_EQ(machine.Office.Files.Read(machine.Office.Folders.Root.filePath(Q("hwnd.sms"))),
               QByteArray("4711\r\n"));

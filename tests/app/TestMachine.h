@@ -3,6 +3,7 @@
 #include "app/Machine.h"
 #include "core/CodePage.h"
 #include "core/Log.h"
+#include "platform_ui/FakeTray.h"
 #include "platform_ui/FakeWindows.h"
 #include "platform_ui/Instance.h"
 #include "support/RecordingDoor.h"
@@ -48,15 +49,17 @@ public:
     TempOffice Office;
     RecordingDoor Door;
     FakeNotices Notices;
+    FakeTray Tray;
+    FakeWeb Web;
     FakeWindows Desktop;
     FakeInstance OneCopy;
     CodePage Page{1252};
     Log AppLog{Office.Files, Office.Time};
 
     [[nodiscard]] Machine Seams() {
-        return {Office.Time,  Office.Pump, Office.Keys,       Office.Sound,  Notices,
-                Office.Boxes, Door,        Office.Folders,    Office.Drives, Office.Files,
-                Desktop,      OneCopy,     Office.FileEngine, Page,          AppLog};
+        return {Office.Time,       Office.Pump, Office.Keys,    Office.Sound,  Notices,      Tray,    Web,
+                Office.Boxes,      Door,        Office.Folders, Office.Drives, Office.Files, Desktop, OneCopy,
+                Office.FileEngine, Page,        AppLog};
     }
 
     /// What was logged after this call can be read by LogLines.

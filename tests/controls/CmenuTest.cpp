@@ -1,6 +1,10 @@
 #include "controls/Cmenu.h"
 
 #include "controls/ModalDoor.h"
+#include "core/NumberedFailure.h"
+
+#include <QCursor>
+#include <QWidget>
 
 #include <gtest/gtest.h>
 
@@ -37,6 +41,63 @@ TEST(Cmenu, AnswersZeroWhenItIsDismissed) {
     ChoosingDoor door;
     door.OnMenu = [](QMenu&) { return nullptr; };
     EXPECT_EQ(menu.TrackPopup(door, QPoint()), 0);
+}
+
+TEST(Cmenu, StandsAtTheGivenPointAndAtThePointerWhereNoneIsGiven) {
+    Cmenu menu;
+    menu.AddItem(5, QStringLiteral("First"));
+    ChoosingDoor door;
+    door.OnMenu = [](QMenu& shown) { return shown.actions().at(0); };
+    const QWidget window;
+    QCursor::setPos(70, 80);
+    const QPoint pointer = QCursor::pos();
+    EXPECT_EQ(menu.TrackPopup(door, &window, 30, 40), 5);
+    EXPECT_EQ(door.Position, QPoint(30, 40));
+    EXPECT_EQ(menu.TrackPopup(door, &window, -1, 40), 5);
+    EXPECT_EQ(door.Position, QPoint(pointer.x(), 40));
+    EXPECT_EQ(menu.TrackPopup(door, &window, 30, -1), 5);
+    EXPECT_EQ(door.Position, QPoint(30, pointer.y()));
+    EXPECT_EQ(menu.TrackPopup(door, &window), 5);
+    EXPECT_EQ(door.Position, pointer);
+}
+
+TEST(Cmenu, StandsAtTheLowerLeftCornerOfItsAnchorWhateverThePoint) {
+    Cmenu menu;
+    menu.AddItem(5, QStringLiteral("First"));
+    ChoosingDoor door;
+    door.OnMenu = [](QMenu&) { return nullptr; };
+    QWidget window;
+    QWidget anchor(&window);
+    window.setGeometry(200, 100, 300, 200);
+    anchor.setGeometry(10, 20, 50, 30);
+    EXPECT_EQ(menu.TrackPopup(door, &window, 1, 2, &anchor), 0);
+    EXPECT_EQ(door.Position, QPoint(210, 150));
+}
+
+TEST(Cmenu, WithoutAWindowItTakesTheProgramsFirstOneEvenIfThatIsHidden) {
+    Cmenu menu;
+    menu.AddItem(5, QStringLiteral("First"));
+    ChoosingDoor door;
+    door.OnMenu = [](QMenu& shown) { return shown.actions().at(0); };
+    const QWidget window;
+    EXPECT_EQ(menu.TrackPopup(door, nullptr, 30, 40), 5);
+}
+
+TEST(Cmenu, WithoutAnyWindowItFailsAndSaysSo) {
+    Cmenu menu;
+    menu.AddItem(5, QStringLiteral("First"));
+    ChoosingDoor door;
+    door.OnMenu = [](QMenu&) -> QAction* {
+        ADD_FAILURE() << "it was shown";
+        return nullptr;
+    };
+    try {
+        static_cast<void>(menu.TrackPopup(door, nullptr));
+        ADD_FAILURE() << "no failure";
+    } catch (const NumberedFailure& failure) {
+        EXPECT_STREQ(failure.what(), "Cannot find top window of current process!");
+        EXPECT_EQ(failure.Source(), QStringLiteral("cMenu.TrackPopup"));
+    }
 }
 
 TEST(Cmenu, EntriesOfASubmenuAnswerWithTheirOwnNumbers) {

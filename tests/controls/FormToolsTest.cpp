@@ -24,6 +24,15 @@ TEST(FormTools, AnEmptyTitleGivesTheProductsNameAlone) {
     EXPECT_EQ(form.windowTitle(), QStringLiteral("Larkspan Messenger"));
 }
 
+TEST(FormTools, TheTwoCharactersOfALineBreakBecomeOneInLabelsAlone) {
+    QWidget form;
+    QLabel label(QStringLiteral("One\\nTwo\\n"), &form);
+    QLineEdit edit(QStringLiteral("C:\\new"), &form);
+    FormTools::BreakLines(form);
+    EXPECT_EQ(label.text(), QStringLiteral("One\nTwo\n"));
+    EXPECT_EQ(edit.text(), QStringLiteral("C:\\new"));
+}
+
 TEST(FormTools, IndentPutsThatManyBlanksInFront) {
     QWidget form;
     FormTools::SetFormCaption(form, QStringLiteral("A"), 3);

@@ -1,5 +1,5 @@
 #include "controls/ListView.h"
-#include "e2e/RealProgram.h"
+#include "e2e/Desktop.h"
 
 #include <QAbstractButton>
 #include <QElapsedTimer>
@@ -31,37 +31,6 @@ int Rows(engine::Recordset* rows) {
     }
     return count;
 }
-
-/// The program as a process of its own.
-class Started {
-public:
-    explicit Started(const RealOffice& office) {
-        m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        m_process.start(Q(LARKSPAN), {Q("--data"), office.Folder(), Q("--palette"), Q("light")});
-        EXPECT_TRUE(m_process.waitForStarted());
-    }
-    ~Started() {
-        m_process.kill();
-        m_process.waitForFinished();
-    }
-    [[nodiscard]] QString Window() const {
-        return RealInput::Output({Q("search"), Q("--onlyvisible"), Q("--pid"),
-                                  QString::number(m_process.processId()), Q("--name"),
-                                  Q("^Larkspan Messenger$")})
-            .section(u'\n', 0, 0);
-    }
-    void WaitForWindow() const {
-        // Looked for anew each time: the splash, which comes first, has the same title.
-        Driver::WaitFor(Q("the window in front"), [this] {
-            const QString window = Window();
-            return !window.isEmpty() && RealInput::Output({Q("getactivewindow")}) == window;
-        });
-    }
-    QProcess& Process() { return m_process; }
-
-private:
-    QProcess m_process;
-};
 
 /// A layout of the screen's keyboard, for as long as it lives.
 class KeyboardLayout {

@@ -8,6 +8,9 @@
 #include "platform_ui/Windows.h"
 
 #include "controls/ModalDoor.h"
+#include "core/Log.h"
+#include "platform/LocalFiles.h"
+#include "support/FakeMachine.h"
 
 #include <QMessageBox>
 #include <QPushButton>

@@ -12,6 +12,7 @@
 #include "shell/MainControls.h"
 #include "shell/MainWindow.h"
 #include "shell/TipOfDay.h"
+#include "shell/frmAbout.h"
 #include "shell/frmSplash.h"
 #include "tracking/frmHistory.h"
 
@@ -174,6 +175,16 @@ private:
     frmGeneralInfo m_dialog;
 };
 
+class OpenAbout final : public OpenForm {
+public:
+    OpenAbout() { Show(m_dialog); }
+    QWidget& Form() override { return m_dialog; }
+
+private:
+    FakeWeb m_web;
+    frmAbout m_dialog{2026, Q("1.2.3"), 4, m_web};
+};
+
 class OpenSplash final : public OpenForm {
 public:
     OpenSplash() { Show(m_splash); }
@@ -265,6 +276,17 @@ const std::vector<FormRow>& FormTable() {
          [] { return std::make_unique<OpenInfo>(); },
          {{"txtMessage", &Is<QPlainTextEdit>, true}, {"cmdOK", Button, true}},
          "cmdOK",
+         Ending::Closed,
+         Ending::Closed},
+        {"frmAbout",
+         [] { return std::make_unique<OpenAbout>(); },
+         {{"imgAbout", Label, false},
+          {"lblApp", Label, false},
+          {"lblVer", Label, false},
+          {"lblSuite", Label, false},
+          {"lblManufacturer", &Is<QWidget>, true},
+          {"cmdClose", Button, true}},
+         "cmdClose",
          Ending::Closed,
          Ending::Closed},
         {"frmSplash",

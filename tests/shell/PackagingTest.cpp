@@ -70,3 +70,78 @@ TEST(Packaging, TheIconIsThereAsADrawingAndInTheSizesThatDesktopsAskFor) {
         EXPECT_EQ(icon.size(), QSize(side, side)) << side;
     }
 }
+
+TEST(Packaging, TheWindowsIconFilesHoldThePictureThatTheirNameTells) {
+    for (const int side : {16, 24, 32, 48}) {
+        const QString path = Packaging.filePath(Q("Icons/larkspan%1x%1x256.ico").arg(side));
+        QImageReader icon(path);
+        EXPECT_EQ(icon.format(), QByteArray("ico")) << side;
+        EXPECT_EQ(icon.read(), QImage(Packaging.filePath(Q("larkspan-%1.png").arg(side)))) << side;
+    }
+}
+
+TEST(Packaging, TheTraysIconFileHasEverySizeThatPanelsAskFor) {
+    QImageReader icon(Packaging.filePath(Q("Icons/larkspantray.ico")));
+    QList<int> sides;
+    do {
+        const QImage picture = icon.read();
+        sides.append(picture.width());
+        EXPECT_EQ(picture.pixelColor(0, 0).alpha(), 0) << "no ground of its own";
+        EXPECT_EQ(picture.pixelColor(picture.rect().center()).alpha(), 255);
+    } while (icon.jumpToNextImage());
+    EXPECT_EQ(sides, QList<int>({16, 22, 24, 32, 48}));
+}
+
+TEST(Packaging, TheSymbolicIconIsADrawingInOneColourAndTheOneThatTheProgramHas) {
+    const QString drawing = Read("larkspan-symbolic.svg");
+    EXPECT_TRUE(QSvgRenderer(drawing.toUtf8()).isValid());
+    EXPECT_EQ(drawing.count(u'#'), 1);
+    QFile own(Q(SOURCE_FOLDER "/controls/icons/larkspan-symbolic.svg"));
+    ASSERT_TRUE(own.open(QIODevice::ReadOnly));
+    EXPECT_EQ(QString::fromUtf8(own.readAll()), drawing);
+}
+
+TEST(Packaging, TheSoundsAreShortQuietAndDifferent) {
+    constexpr int HeaderSize = 44;
+    constexpr int Rate = 22050;
+    QList<QByteArray> sounds;
+    for (const char* name : {"smsnotify.wav", "smserror.wav"}) {
+        QFile file(Packaging.filePath(Q(name)));
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << name;
+        const QByteArray bytes = file.readAll();
+        const auto number = [&bytes](int at, int count) {
+            quint32 value = 0;
+            for (int index = count - 1; index >= 0; --index) {
+                value = value << 8 | static_cast<quint8>(bytes[at + index]);
+            }
+            return value;
+        };
+        ASSERT_TRUE(bytes.startsWith("RIFF") && bytes.mid(8, 8) == "WAVEfmt ") << name;
+        EXPECT_EQ(number(22, 2), 1U) << "channels of " << name;
+        EXPECT_EQ(number(24, 4), quint32{Rate}) << name;
+        EXPECT_EQ(number(34, 2), 16U) << "bits of " << name;
+        const qsizetype samples = (bytes.size() - HeaderSize) / 2;
+        EXPECT_LT(samples, Rate * 6 / 10) << name << " is too long";
+        EXPECT_GT(samples, Rate / 10) << name;
+        int loudest = 0;
+        for (int at = HeaderSize; at + 1 < bytes.size(); at += 2) {
+            loudest = qMax(loudest, qAbs(static_cast<int>(static_cast<qint16>(number(at, 2)))));
+        }
+        EXPECT_LT(loudest, 32767 / 3) << name;
+        EXPECT_GT(loudest, 32767 / 20) << name;
+        sounds.append(bytes);
+    }
+    EXPECT_NE(sounds[0], sounds[1]);
+}
+
+TEST(Packaging, WhatComesWithTheProgramLiesWhereTheBuiltProgramLooksForIt) {
+    const QDir share(QFileInfo(Q(LARKSPAN)).dir().filePath(Q("../share/larkspan-messenger")));
+    for (const char* name :
+         {"Icons/larkspan16x16x256.ico", "Icons/larkspan24x24x256.ico", "Icons/larkspan32x32x256.ico",
+          "Icons/larkspan48x48x256.ico", "Icons/larkspantray.ico", "smsnotify.wav", "smserror.wav"}) {
+        QFile copy(share.filePath(Q(name)));
+        QFile kept(Packaging.filePath(Q(name)));
+        ASSERT_TRUE(copy.open(QIODevice::ReadOnly) && kept.open(QIODevice::ReadOnly)) << name;
+        EXPECT_EQ(copy.readAll(), kept.readAll()) << name;
+    }
+}

@@ -46,10 +46,10 @@ QString Words(const QWidget* control) {
 
 TEST(FrmMain, LoadsInThisOrder) {
     MainWindow window;
-    EXPECT_EQ(
-        StepNames(window.Form->LoadSteps()),
-        (QStringList{Q("SetCaption"), Q("ExpandPlaceholders"), Q("SetAppWindowStyle"), Q("InitMainWindow"),
-                     Q("CreateTracker"), Q("SetAdCursor"), Q("ShowTipOfTheDay"), Q("SubclassMainWindow")}));
+    EXPECT_EQ(StepNames(window.Form->LoadSteps()),
+              (QStringList{Q("SetCaption"), Q("InitTrayIcon"), Q("ExpandPlaceholders"),
+                           Q("SetAppWindowStyle"), Q("InitMainWindow"), Q("CreateTracker"), Q("SetAdCursor"),
+                           Q("ShowTipOfTheDay"), Q("SubclassMainWindow")}));
 }
 
 TEST(FrmMain, InitMainWindowHasTheseStepsInThisOrder) {
@@ -65,8 +65,8 @@ TEST(FrmMain, QueryUnloadSavesAndClosesInThisOrder) {
     MainWindow window;
     EXPECT_EQ(StepNames(window.Form->QueryUnloadSteps()),
               (QStringList{Q("DisableTimers"), Q("UnsubclassMainWindow"), Q("SaveSignature"), Q("SaveSortBy"),
-                           Q("SaveTracker"), Q("DeleteInstanceMarker"), Q("SaveTabOrder"), Q("SaveLayout"),
-                           Q("Hide"), Q("ProcessEvents")}));
+                           Q("SaveTracker"), Q("DeleteInstanceMarker"), Q("RestoreIcons"), Q("SaveTabOrder"),
+                           Q("SaveLayout"), Q("Hide"), Q("ProcessEvents")}));
 }
 
 TEST(FrmMain, ComesUpWithItsTitleTheContactsAndTheFocusInTheList) {

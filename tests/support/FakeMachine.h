@@ -8,6 +8,7 @@
 #include "platform/MessageBoxes.h"
 #include "platform/Notices.h"
 #include "platform/Sound.h"
+#include "platform/UrlOpener.h"
 
 #include <QList>
 #include <QTemporaryDir>
@@ -76,6 +77,13 @@ public:
     void Show(const QString& title, const QString& text, BalloonIcon) override {
         Shown.append(title + u'|' + text);
     }
+};
+
+/// Keeps the addresses that were to be opened.
+class FakeWeb final : public UrlOpener {
+public:
+    QStringList Opened;
+    void Open(const QString& url) override { Opened.append(url); }
 };
 
 /// Answers boxes in the order that was prepared. A box that was not expected fails the test, and so does a
