@@ -5,12 +5,11 @@
 #include "platform/Clock.h"
 #include "platform/EventPump.h"
 #include "shell/frmAbout.h"
-#include "store/Phonebook.h"
 
-void AboutBox::Show(QWidget& owner, const Machine& machine, const PhonebookState& phonebook) {
+void AboutBox::Show(QWidget& owner, const Machine& machine, qint32 phonebookVersion) {
     {
-        frmAbout form(machine.Time.Now().date().year(), QStringLiteral(LARKSPAN_VERSION),
-                      phonebook.cfgVersion, machine.Web);
+        frmAbout form(machine.Time.Now().date().year(), QStringLiteral(LARKSPAN_VERSION), phonebookVersion,
+                      machine.Web);
         machine.Door.ShowModal(form, &owner);
     }
     owner.repaint();

@@ -1,13 +1,14 @@
 #pragma once
 
+#include <QtGlobal>
+
 class QWidget;
 struct Machine;
-struct PhonebookState;
 
 /// The about box as the main window shows it.
 namespace AboutBox {
 
-/// Modally over `owner`, which is painted anew afterwards.
-void Show(QWidget& owner, const Machine& machine, const PhonebookState& phonebook);
+/// Modally over `owner`, which is painted anew afterwards. `phonebookVersion` is cfgVersion.
+void Show(QWidget& owner, const Machine& machine, qint32 phonebookVersion);
 
 }  // namespace AboutBox

@@ -46,6 +46,8 @@ frmAbout::~frmAbout() = default;
 void frmAbout::TakeColours() {
     QPalette colours = QApplication::palette();
     colours.setColor(QPalette::ButtonText, colours.color(QPalette::Link));
+    colours.setColor(QPalette::Button, colours.color(QPalette::Window));
+    colours.setColor(QPalette::Mid, colours.color(QPalette::Window));  // no outline
     m_ui->lblManufacturer->setPalette(colours);
 }
 

@@ -56,7 +56,7 @@ frmMain::frmMain(AppContext& context, const Machine& machine, const CommandLine&
     m_layout->Restore(context.AppSettings);
     connect(m_commands, &CommandStrip::HistoryPressed, this, [this] { m_history->Open(); });
     connect(m_commands, &CommandStrip::AboutPressed, this,
-            [this] { AboutBox::Show(*this, m_machine, m_context); });
+            [this] { AboutBox::Show(*this, m_machine, m_context.cfgVersion); });
     connect(m_commands, &CommandStrip::MinimizePressed, this, [this] { ToTray(true); });
     connect(m_commands, &CommandStrip::ExitPressed, this, &QWidget::close);
     new BackgroundDrag(*this);
