@@ -10,6 +10,10 @@
 
 #include <QFontMetrics>
 
+#include <algorithm>
+#include <utility>
+#include <vector>
+
 namespace {
 
 constexpr int StatusItem = 0;
@@ -75,6 +79,13 @@ void ForEachRow(engine::Recordset& rows, Step&& step) {
 
 }  // namespace
 
+/// A row of the own history on its way to the grid.
+struct HistoryRows::OwnRow {
+    qint32 MessageID = 0;
+    QVariant SendTime;
+    ReportRecord Record;
+};
+
 HistoryRows::HistoryRows(ReportControl& grid, const OutboxState& outbox, const Clock& clock)
     : m_grid(grid), m_outbox(outbox), m_clock(clock) {}
 
@@ -130,29 +141,49 @@ void HistoryRows::UpdateOwnRows(bool initial) {
     if (rows == nullptr) {
         return;
     }
-    bool isChanged = false;
-    ForEachRow(*rows, [&](const MessageRow& row) {
-        if (initial) {
-            AddOwnRow(row);
-        } else if (RefreshOwnRow(row)) {
-            isChanged = true;
-        }
-    });
     if (initial) {
+        AddOwnRows(*rows);
         m_grid.Populate();
-    } else if (isChanged) {
+        return;
+    }
+    bool isChanged = false;
+    ForEachRow(*rows, [&](const MessageRow& row) { isChanged = RefreshOwnRow(row) || isChanged; });
+    if (isChanged) {
         m_grid.Redraw();
     }
 }
 
-void HistoryRows::AddOwnRow(const MessageRow& row) {
-    const int slot = MsgArray.FindSlot(row.ID());
+void HistoryRows::AddOwnRows(engine::Recordset& rows) {
+    // All messages of one send have one send time. Their slots stand newest first, and so must their records,
+    // or each would show another one's status.
+    std::vector<OwnRow> sameTime;
+    const auto addThese = [&] {
+        std::stable_sort(sameTime.begin(), sameTime.end(), [](const OwnRow& one, const OwnRow& other) {
+            return one.MessageID > other.MessageID;
+        });
+        for (OwnRow& row : sameTime) {
+            AddOwnRow(std::move(row));
+        }
+        sameTime.clear();
+    };
+    ForEachRow(rows, [&](const MessageRow& row) {
+        OwnRow own{row.ID(), row.SendTime(), RecordOf(row, row.State())};
+        if (!sameTime.empty() && sameTime.front().SendTime != own.SendTime) {
+            addThese();
+        }
+        sameTime.push_back(std::move(own));
+    });
+    addThese();
+}
+
+void HistoryRows::AddOwnRow(OwnRow row) {
+    const int slot = MsgArray.FindSlot(row.MessageID);
     if (slot < 0) {
         return;
     }
     // Whatever the status is: the next pass asks for every message once more.
     MsgArray.At(slot).Status = 0;
-    m_grid.AddRecord(RecordOf(row, row.State()));
+    m_grid.AddRecord(std::move(row.Record));
 }
 
 bool HistoryRows::RefreshOwnRow(const MessageRow& row) {

@@ -36,10 +36,14 @@ public:
     [[nodiscard]] static bool IsPending(const ReportRecord& record);
 
 private:
+    struct OwnRow;
+
     [[nodiscard]] std::unique_ptr<engine::Recordset> OpenHistorySet(bool initial);
     void UpdateOwnRows(bool initial);
     void UpdatePublicRows(bool initial);
-    void AddOwnRow(const MessageRow& row);
+    /// In the order of the query, messages of one send time newest first.
+    void AddOwnRows(engine::Recordset& rows);
+    void AddOwnRow(OwnRow row);
     /// True if the row's status has changed.
     bool RefreshOwnRow(const MessageRow& row);
     bool MergePublicRow(const MessageRow& row, bool initial);

@@ -108,7 +108,6 @@ QStringList Tour::NamesWithConfirmation(bool isConfirm, int count) const {
 }
 
 void Tour::PickPeople() {
-    Hand.Picture(QStringLiteral("1-start"));
     const QString list = QStringLiteral("lvContacts");
     const QStringList people = NamesWithConfirmation(false, 3);
     Hand.ClickRow(list, people[0]);
@@ -309,10 +308,11 @@ void Tour::ShowScaled() {
 }
 
 void Tour::Run() {
+    Hand.Picture(QStringLiteral("1-start"));
+    SendAtTime();
     PickPeople();
     Compose();
     SendNow();
-    SendAtTime();
     SeeItDelivered();
     CheckFiles();
     CancelOne();

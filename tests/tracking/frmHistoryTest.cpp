@@ -153,6 +153,23 @@ TEST_F(HistoryWindow, FindsTheRecordByItsSlotWhereOrdersDiffer) {
     EXPECT_EQ(RowOf(second).Items[0].Icon, 0);
 }
 
+TEST_F(HistoryWindow, EachMessageOfOneSendShowsItsOwnStatus) {
+    QList<qint32> ids;
+    for (const char* name : {"Ann", "Bob", "Cid", "Dan"}) {
+        ids.append(AddOwn(0, 10, {{QStringLiteral("msgRecipient"), QString::fromLatin1(name)}}));
+    }
+    Open();
+    EXPECT_EQ(Rows(), (QList<qint32>{ids[3], ids[2], ids[1], ids[0]}));
+    const QList<qint32> statuses = {5, 7, 3, 2};
+    for (int i = 0; i < ids.size(); ++i) {
+        SetStatus(ids[i], statuses[i]);
+    }
+    Form->UpdateHistory(false);
+    for (int i = 0; i < ids.size(); ++i) {
+        EXPECT_EQ(RowOf(ids[i]).Items[0].Value.toInt(), statuses[i]) << i;
+    }
+}
+
 TEST_F(HistoryWindow, SortedByAnotherColumnItStillFindsTheRecordByItsSlot) {
     const qint32 zoe = AddOwn(0, 20, {{QStringLiteral("msgRecipient"), QStringLiteral("Zoe")}});
     const qint32 ann = AddOwn(0, 10, {{QStringLiteral("msgRecipient"), QStringLiteral("Ann")}});
