@@ -34,6 +34,7 @@ struct X11Windows::Server {
     xcb_ewmh_connection_t Ewmh = {};
     int Screen = 0;
     xcb_atom_t ShowAtom = XCB_ATOM_NONE;
+    xcb_atom_t StateAtom = XCB_ATOM_NONE;
     bool HasEwmh = false;
 
     Server() {
@@ -44,6 +45,7 @@ struct X11Windows::Server {
         HasEwmh = xcb_ewmh_init_atoms_replies(&Ewmh, xcb_ewmh_init_atoms(Connection, &Ewmh), nullptr) != 0 &&
                   Screen < Ewmh.nb_screens;
         ShowAtom = InternAtom(Connection, ShowAtomName);
+        StateAtom = InternAtom(Connection, QByteArrayLiteral("WM_STATE"));
     }
     ~Server() {
         if (HasEwmh) {
@@ -178,6 +180,20 @@ bool X11Windows::SetForegroundWindow(WindowHandle window) {
     return xcb_flush(m_server->Connection) > 0;
 }
 
+bool X11Windows::IsIconic(WindowHandle window) const {
+    constexpr uint32_t Iconic = 3;  // ICCCM 4.1.3.1
+    const auto cookie = xcb_get_property(m_server->Connection, 0, window, m_server->StateAtom,
+                                         XCB_GET_PROPERTY_TYPE_ANY, 0, 1);
+    const ReplyPtr<xcb_get_property_reply_t> reply(
+        xcb_get_property_reply(m_server->Connection, cookie, nullptr));
+    if (reply == nullptr || xcb_get_property_value_length(reply.get()) < static_cast<int>(sizeof(Iconic))) {
+        return false;
+    }
+    uint32_t state = 0;
+    std::memcpy(&state, xcb_get_property_value(reply.get()), sizeof(state));
+    return state == Iconic;
+}
+
 bool X11Windows::ForceForeground(WindowHandle window) {
     if (!IsWindow(window)) {
         return false;
@@ -185,7 +201,7 @@ bool X11Windows::ForceForeground(WindowHandle window) {
     xcb_window_t active = 0;
     const auto cookie = xcb_ewmh_get_active_window(&m_server->Ewmh, m_server->Screen);
     if (xcb_ewmh_get_active_window_reply(&m_server->Ewmh, cookie, &active, nullptr) != 0 &&
-        active == window) {
+        active == window && !IsIconic(window)) {
         return true;
     }
     xcb_map_window(m_server->Connection, window);

@@ -27,6 +27,8 @@ private:
     struct Server;
 
     [[nodiscard]] bool IsWindow(WindowHandle window) const;
+    /// Whether the window manager has it minimised; it may still be called the active one.
+    [[nodiscard]] bool IsIconic(WindowHandle window) const;
     bool SetForegroundWindow(WindowHandle window);
     [[nodiscard]] QByteArray TextProperty(WindowHandle window, quint32 property) const;
 
