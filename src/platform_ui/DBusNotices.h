@@ -6,10 +6,9 @@
 #include <QObject>
 
 class Log;
-class QDBusMessage;
 
-/// The desktop's notifications over the session bus, by the Desktop Notifications Specification
-/// (org.freedesktop.Notifications). Never waits for an answer of whoever shows them.
+/// The desktop's notifications over the session bus (freedesktop.org, interface
+/// org.freedesktop.Notifications 1.2). Never waits for an answer of whoever shows them.
 class DBusNotices final : public QObject, public DesktopNotices {
     Q_OBJECT
 public:

@@ -1,7 +1,7 @@
 #include "store/engine/Connection.h"
 #include "store/engine/sqlite/OfficeFiles.h"
+#include "support/MemoryFolder.h"
 
-#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
@@ -22,17 +22,11 @@ QStringList LinesOf(const QByteArray& bytes) {
     return QString::fromUtf8(bytes).split(u'\n', Qt::SkipEmptyParts);
 }
 
-/// In memory where the machine has a folder for that: every cancel waits for the disk.
-QString Place() {
-    const QString inMemory = QStringLiteral("/dev/shm");
-    return (QDir(inMemory).exists() ? inMemory : QDir::tempPath()) + QStringLiteral("/larkspan-race-XXXXXX");
-}
-
 /// 10,000 messages that are all due, a gateway that takes them and a user who cancels them, each in a process
 /// of its own. The outbox is looked at with SQLite alone.
 class CancelRace : public ::testing::Test {
 protected:
-    QTemporaryDir m_folder{Place()};
+    QTemporaryDir m_folder{MemoryFolder(QStringLiteral("larkspan-race"))};
     QHash<qint32, int> m_statuses;
 
     [[nodiscard]] QString Path(const char* name) const {

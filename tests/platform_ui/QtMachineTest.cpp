@@ -17,9 +17,7 @@
 #include <QTest>
 #include <QTimer>
 
-#include <QAudioDevice>
 #include <QFile>
-#include <QMediaDevices>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -123,16 +121,17 @@ TEST(QtMachine, ABeepIsHarmlessWithoutASpeaker) {
     EXPECT_EQ(log.Lines(), 0);
 }
 
-TEST(QtMachine, ASoundWithoutACardIsOneLineInTheLogAndNoMore) {
-    if (!QMediaDevices::defaultAudioOutput().isNull()) {
-        GTEST_SKIP() << "this machine has a sound card";
-    }
+TEST(QtMachine, ASoundThatCannotBePlayedIsOneLineInTheLogAndNoMore) {
     KeptLog log;
     QtSound sound(log.Kept);
     sound.Play(QString());
     EXPECT_EQ(log.Lines(), 0) << "a file that is not there plays nothing";
-    sound.Play(QStringLiteral("/tmp/any.wav"));
-    sound.Play(QStringLiteral("/tmp/any.wav"));
+    // Without a sound card it is the machine that cannot, with one it is the file.
+    const QString noSound = QStringLiteral("/nonexistent/any.wav");
+    sound.Play(noSound);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return log.Lines() == 1; }));
+    sound.Play(noSound);
+    QCoreApplication::processEvents();
     EXPECT_EQ(log.Lines(), 1);
 }
 

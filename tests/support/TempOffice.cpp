@@ -1,19 +1,12 @@
 #include "support/TempOffice.h"
 
 #include "store/engine/sqlite/OfficeFiles.h"
+#include "support/MemoryFolder.h"
 #include "support/RawDatabase.h"
 
-#include <QDir>
-#include <QFileInfo>
 #include <QStringList>
 
 namespace {
-
-QString DataFolderTemplate() {
-    const QString inMemory = QStringLiteral("/dev/shm");
-    return (QFileInfo(inMemory).isWritable() ? inMemory : QDir::tempPath()) +
-           QStringLiteral("/larkspan-office-XXXXXX");
-}
 
 QString NextApplicationName() {
     static int count = 0;
@@ -39,7 +32,7 @@ QString Literal(const QVariant& value) {
 }  // namespace
 
 TempOffice::TempOffice()
-    : DataFolder(DataFolderTemplate()),
+    : DataFolder(MemoryFolder(QStringLiteral("larkspan-office"))),
       m_outbox{OutboxValues, AppSettings, Boxes, Database()},
       m_phonebook{PhonebookValues, AppSettings, Boxes, Database(), {}} {
     OfficeFiles::CreateOutboxFile(OutboxPath());

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QDir>
+#include <QFileInfo>
+#include <QString>
+
+/// Where a test makes a temporary folder for files that are written often: in memory where the machine has a
+/// place for that, since every commit waits for the disk. `name` begins the folder's name.
+inline QString MemoryFolder(const QString& name) {
+    const QString inMemory = QStringLiteral("/dev/shm");
+    return (QFileInfo(inMemory).isWritable() ? inMemory : QDir::tempPath()) + u'/' + name;
+}
