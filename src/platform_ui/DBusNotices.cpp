@@ -2,6 +2,7 @@
 
 #include "core/Log.h"
 #include "core/Product.h"
+#include "platform_ui/SessionBus.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -26,7 +27,7 @@ QDBusMessage Call(const QString& method) {
 }  // namespace
 
 void DBusNotices::Show(const QString& title, const QString& text, BalloonIcon icon) {
-    if (!QDBusConnection::sessionBus().isConnected()) {
+    if (!HasSessionBus()) {
         TellOnce();
         return;
     }

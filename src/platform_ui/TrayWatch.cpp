@@ -1,5 +1,6 @@
 #include "platform_ui/TrayWatch.h"
 
+#include "platform_ui/SessionBus.h"
 #include "platform_ui/StatusNotifierWatcher.h"
 
 #include <QDBusConnection>
@@ -8,7 +9,6 @@
 #include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
 #include <QDBusVariant>
-#include <QFileInfo>
 #include <QGuiApplication>
 #include <QTimer>
 
@@ -23,15 +23,6 @@ const QString HostProperty = QStringLiteral("IsStatusNotifierHostRegistered");
 
 template <typename Reply>
 using ReplyPtr = std::unique_ptr<Reply, decltype(&std::free)>;
-
-/// A bus that exists. Without one the bus library would start a daemon, which takes its time.
-bool HasSessionBus() {
-    if (!qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS")) {
-        return true;
-    }
-    const QString runtime = qEnvironmentVariable("XDG_RUNTIME_DIR");
-    return !runtime.isEmpty() && QFileInfo::exists(runtime + QStringLiteral("/bus"));
-}
 
 xcb_atom_t TraySelection(xcb_connection_t* connection) {
     int screen = 0;
@@ -60,7 +51,7 @@ TrayWatch::TrayWatch(QObject* parent) : QObject(parent), m_pollTimer(new QTimer(
 }
 
 void TrayWatch::Start() {
-    if (!HasSessionBus() || !QDBusConnection::sessionBus().isConnected()) {
+    if (!HasSessionBus()) {
         SetHost(true, false);
         return;
     }
