@@ -19,6 +19,9 @@
 #include <QApplication>
 #include <QDir>
 
+#include <memory>
+#include <vector>
+
 namespace {
 
 constexpr int Opened = 20;
@@ -31,6 +34,12 @@ public:
     [[nodiscard]] QString SignatureText() const override { return {}; }
 };
 
+struct Grid {
+    explicit Grid(HammerOffice& office) : Rows(Control, office.State, office.Time) {}
+    ReportControl Control;
+    HistoryRows Rows;
+};
+
 class Bench {
 public:
     Bench(const BigOutbox& big, const QString& home) : m_big(big), m_office(big.File(), home) {
@@ -40,25 +49,27 @@ public:
         }
     }
 
-    /// Milliseconds of the first pass: opening the outbox, the query, the rows in the grid.
+    /// Milliseconds of the first pass: opening the outbox, the query, the rows in the grid. The grids are
+    /// there before, so that the passes follow one another as the bare queries do.
     double FirstPass(bool isPublic) {
-        double sum = 0;
+        std::vector<std::unique_ptr<Grid>> grids;
         for (int i = 0; i < Opened; ++i) {
-            ReportControl grid;
-            HistoryRows rows(grid, m_office.State, m_office.Time);
-            rows.IsPublic = isPublic;
-            rows.SetupColumns();
+            Grid& grid = *grids.emplace_back(std::make_unique<Grid>(m_office));
+            grid.Rows.IsPublic = isPublic;
+            grid.Rows.SetupColumns();
             if (!isPublic) {
-                rows.MsgArray.LoadHistoryIDs(m_history.ReadHistory());
+                grid.Rows.MsgArray.LoadHistoryIDs(m_history.ReadHistory());
             }
-            sum += Ratio::Time([&] {
+        }
+        const double all = Ratio::Time([&] {
+            for (const auto& grid : grids) {
                 if (m_office.State.OutboxDB->OpenDatabase(engine::Mode::ReadShared)) {
-                    rows.Update(true);
+                    grid->Rows.Update(true);
                     m_office.State.OutboxDB->CloseDatabase();
                 }
-            });
-        }
-        return sum / Opened;
+            }
+        });
+        return all / Opened;
     }
     /// Milliseconds from an empty window to one that is ready to be shown: the local file as well.
     double Load(bool isPublic) {

@@ -21,8 +21,9 @@ int Compare(const QVariant& one, const QVariant& other, const QCollator& collato
     return order == QPartialOrdering::Less ? -1 : static_cast<int>(order == QPartialOrdering::Greater);
 }
 
-QVariant ValueOf(const ReportRecord& record, int column) {
-    return column < record.Items.size() ? record.Items[column].Value : QVariant();
+const QVariant& ValueOf(const ReportRecord& record, int column) {
+    static const QVariant none;
+    return column < record.Items.size() ? record.Items[column].Value : none;
 }
 
 }  // namespace
@@ -142,8 +143,12 @@ void ReportModel::SortRows() {
     QCollator collator;
     collator.setCaseSensitivity(Qt::CaseInsensitive);
     const bool isDescending = m_sortOrder == Qt::DescendingOrder;
-    std::stable_sort(m_rows.begin(), m_rows.end(), [&](const ReportRecord* one, const ReportRecord* other) {
+    const auto isBefore = [&](const ReportRecord* one, const ReportRecord* other) {
         const int order = Compare(ValueOf(*one, m_sortColumn), ValueOf(*other, m_sortColumn), collator);
         return isDescending ? order > 0 : order < 0;
-    });
+    };
+    // Mostly the records come in the order of the sort already.
+    if (!std::is_sorted(m_rows.cbegin(), m_rows.cend(), isBefore)) {
+        std::stable_sort(m_rows.begin(), m_rows.end(), isBefore);
+    }
 }

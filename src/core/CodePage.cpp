@@ -112,11 +112,11 @@ QByteArray CodePage::Encode(const QString& text) const {
     return bytes;
 }
 
-QString CodePage::Decode(const QByteArray& bytes) const {
+QString CodePage::Decode(QByteArrayView bytes) const {
     QString text(bytes.size(), Qt::Uninitialized);
-    for (qsizetype index = 0; index < bytes.size(); ++index) {
-        const auto byte = static_cast<unsigned char>(bytes.at(index));
-        text[index] = QChar(byte < 0x80 ? char16_t{byte} : m_table.Upper[byte - 0x80U]);
-    }
+    std::transform(bytes.begin(), bytes.end(), text.begin(), [this](char character) {
+        const auto byte = static_cast<unsigned char>(character);
+        return QChar(byte < 0x80 ? char16_t{byte} : m_table.Upper[byte - 0x80U]);
+    });
     return text;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QByteArrayView>
 #include <QLocale>
 #include <QString>
 
@@ -25,7 +26,7 @@ public:
     /// One character for each byte; reads back what Encode wrote. A byte without a character in the page
     /// stays the control character of its number (0x80 to 0x9F) or becomes a private character (above), and
     /// Encode writes it back.
-    [[nodiscard]] QString Decode(const QByteArray& bytes) const;
+    [[nodiscard]] QString Decode(QByteArrayView bytes) const;
 
 private:
     const CodePageTable& m_table;

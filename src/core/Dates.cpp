@@ -1,8 +1,7 @@
 #include "core/Dates.h"
 
-#include <QSet>
-
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace {
@@ -98,12 +97,14 @@ QString Dates::Format(const QDateTime& value, const QString& pattern, const QLoc
 }
 
 QString Dates::ShortMonthName(int month, const QLocale& locale) {
-    QSet<QString> names;
-    for (int each = 1; each <= 12; ++each) {
-        names.insert(DotlessShortName(each, locale).left(3).toLower());
+    std::array<QString, 12> names;
+    for (std::size_t each = 0; each < names.size(); ++each) {
+        names[each] = DotlessShortName(static_cast<int>(each) + 1, locale).left(3).toLower();
     }
+    std::sort(names.begin(), names.end());
+    const bool isUnique = std::adjacent_find(names.cbegin(), names.cend()) == names.cend();
     const QString name = DotlessShortName(month, locale);
-    return names.size() == 12 ? name.left(3) : name;
+    return isUnique ? name.left(3) : name;
 }
 
 double Dates::ToDays(const QDateTime& value) {

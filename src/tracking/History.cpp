@@ -40,15 +40,21 @@ void StripLeadingBlanks(char* field, qsizetype width) {
     std::memset(field + width - blanks, ' ', static_cast<size_t>(blanks));
 }
 
+/// Most of a field is filling, which need not become characters first.
+QString TextOf(QByteArrayView field, const CodePage& page) {
+    while (field.endsWith(' ')) {
+        field.chop(1);
+    }
+    return Text::Trim(page.Decode(field));
+}
+
 HistoryRecord RecordAt(const char* record, const CodePage& page) {
     HistoryRecord result;
     result.MessageID = qFromLittleEndian<qint32>(record);
     result.Reserved = QByteArray(record + ReservedOffset, ReservedSize);
-    result.Recipient =
-        Text::Trim(page.Decode(QByteArray(record + RecipientOffset, HistoryRecord::RecipientWidth)));
-    result.Text = Text::Trim(page.Decode(QByteArray(record + TextOffset, HistoryRecord::TextWidth)));
-    result.SendTime =
-        Dates::FromDays(std::bit_cast<double>(qFromLittleEndian<quint64>(record + SendTimeOffset)));
+    result.Recipient = TextOf({record + RecipientOffset, HistoryRecord::RecipientWidth}, page);
+    result.Text = TextOf({record + TextOffset, HistoryRecord::TextWidth}, page);
+    result.SendTime = std::bit_cast<double>(qFromLittleEndian<quint64>(record + SendTimeOffset));
     return result;
 }
 
@@ -63,8 +69,7 @@ QByteArray NewRecord(const HistoryRecord& value, const CodePage& page) {
     record.replace(RecipientOffset, HistoryRecord::RecipientWidth,
                    Field(value.Recipient, HistoryRecord::RecipientWidth, page));
     record.replace(TextOffset, HistoryRecord::TextWidth, Field(value.Text, HistoryRecord::TextWidth, page));
-    qToLittleEndian<quint64>(std::bit_cast<quint64>(Dates::ToDays(value.SendTime)),
-                             record.data() + SendTimeOffset);
+    qToLittleEndian<quint64>(std::bit_cast<quint64>(value.SendTime), record.data() + SendTimeOffset);
     return record;
 }
 
@@ -99,7 +104,7 @@ void mdlHistory::AddToHistory(qint32 msgID, const QString& recipient, const QStr
         // A file that is there but cannot be read now keeps its records: better one message less in the
         // history than all of them.
         if (file.has_value()) {
-            PutInFront({msgID, QByteArray(), recipient, text, sendTime}, std::move(*file));
+            PutInFront({msgID, QByteArray(), recipient, text, Dates::ToDays(sendTime)}, std::move(*file));
         }
     });
     Trap([&] {

@@ -31,7 +31,7 @@ struct HistoryRecord {
     /// Without the blanks that fill the field.
     QString Recipient;
     QString Text;
-    QDateTime SendTime;
+    double SendTime = 0.0;  // as Dates::ToDays
 };
 
 /// The two local files that tell which rows of the shared outbox are this workstation's own: history.sms, the

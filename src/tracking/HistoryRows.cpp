@@ -18,6 +18,7 @@ namespace {
 
 constexpr int StatusItem = 0;
 constexpr int TimeColumn = 1;
+constexpr qsizetype MostItems = 4;
 constexpr int StatusColumnWidth = 32;
 constexpr int LastColumnMargin = 4;
 constexpr int CellMargin = 12;  // the room that a text needs beside itself in a column
@@ -46,22 +47,22 @@ void ShowRowStatus(ReportRecord& record, const MessageState& state) {
     item.TextColour = HistoryStatus::IsBadNews(state.Status) ? BadRed : GoodGreen;
 }
 
-ReportRecord RecordOf(const MessageRow& row, const MessageState& state) {
+ReportRecord RecordOf(const MessageRow& row, qint32 messageID, const MessageState& state) {
     ReportRecord record;
-    record.Tag = TagLetter + QString::number(row.ID());
-    ReportItem status;
+    record.Tag = TagLetter + QString::number(messageID);
+    record.Items.reserve(MostItems);
+    ReportItem& status = record.Items.emplaceBack();
     status.HideText = true;
     status.BackColour = PaperWhite;
-    ReportItem time;
+    ReportItem& time = record.Items.emplaceBack();
     time.Format = TimeFormat;
     time.TextColour = Grey;
     time.BackColour = PaperWhite;
-    ReportItem recipient;
+    ReportItem& recipient = record.Items.emplaceBack();
     recipient.BackColour = PaperWhite;
     Trap([&] { time.Value = row.SendTime(); });
     Trap([&] { recipient.Value = row.Recipient(); });
     Trap([&] { record.PreviewText = row.Body(); });
-    record.Items = {status, time, recipient};
     ShowRowStatus(record, state);
     return record;
 }
@@ -167,7 +168,8 @@ void HistoryRows::AddOwnRows(engine::Recordset& rows) {
         sameTime.clear();
     };
     ForEachRow(rows, [&](const MessageRow& row) {
-        OwnRow own{row.ID(), row.SendTime(), RecordOf(row, row.State())};
+        const qint32 messageID = row.ID();
+        OwnRow own{messageID, row.SendTime(), RecordOf(row, messageID, row.State())};
         if (!sameTime.empty() && sameTime.front().SendTime != own.SendTime) {
             addThese();
         }
@@ -221,11 +223,10 @@ bool HistoryRows::MergePublicRow(const MessageRow& row, bool initial) {
             return false;
         }
         MsgArray.At(slot).MessageID = messageID;
-        ReportRecord record = RecordOf(row, state);
-        ReportItem sender;
+        ReportRecord record = RecordOf(row, messageID, state);
+        ReportItem& sender = record.Items.emplaceBack();
         sender.Value = row.Sender();
         sender.TextColour = Grey;
-        record.Items.append(sender);
         m_grid.InsertRecord(slot, std::move(record));
     } else if (MsgArray.At(slot).Status == state.Status) {
         return false;

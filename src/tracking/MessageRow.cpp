@@ -4,6 +4,8 @@
 #include "core/Trap.h"
 #include "store/engine/Recordset.h"
 
+#include <QStringBuilder>
+
 MessageRow::MessageRow(const engine::Recordset& rows)
     : m_rows(rows),
       m_id(rows.FieldIndex(u"msgID")),
@@ -35,7 +37,7 @@ qint32 MessageRow::Status() const {
 }
 
 QVariant MessageRow::SendTime() const {
-    return ValueAt(m_sendTime);
+    return m_sendTime < 0 ? QVariant() : m_rows.ClockFace(m_sendTime);
 }
 
 QString MessageRow::Recipient() const {
@@ -45,7 +47,7 @@ QString MessageRow::Recipient() const {
 QString MessageRow::Sender() const {
     const QString signature = TextAt(m_signature);
     const QString station = TextAt(m_station);
-    return signature.isEmpty() ? station : signature + QStringLiteral(" on ") + station;
+    return signature.isEmpty() ? station : QString(signature % u" on " % station);
 }
 
 QString MessageRow::Body() const {
@@ -53,7 +55,7 @@ QString MessageRow::Body() const {
     if (const qint32 size = Numbers::NullToLong(ValueAt(m_bodySize)); size != 0) {
         text.truncate(size);
     }
-    return text.replace(QStringLiteral("\r\n"), QStringLiteral(" "));
+    return text.contains(u'\r') ? text.replace(QStringLiteral("\r\n"), QStringLiteral(" ")) : text;
 }
 
 MessageState MessageRow::State() const {

@@ -19,6 +19,7 @@ public:
     // Each throws what the recordset throws.
     [[nodiscard]] qint32 ID() const;
     [[nodiscard]] qint32 Status() const;
+    /// As the clock face showed it: marked as UTC, for showing and sorting.
     [[nodiscard]] QVariant SendTime() const;
     [[nodiscard]] QString Recipient() const;
     /// Signature, " on " and station, or the station alone.

@@ -1,5 +1,6 @@
 #include "compose/DispatchFixture.h"
 
+#include "core/Dates.h"
 #include "core/Numbers.h"
 
 #include <QFile>
@@ -116,7 +117,7 @@ TEST_F(DispatchTest, HistoryAndTrackerHearOfEachRow) {
     EXPECT_EQ(history[0].MessageID, 2) << "newest first";
     EXPECT_EQ(history[0].Recipient, u"F2 S2");
     EXPECT_EQ(history[0].Text, u"Hello @FN") << "the template, without the tail";
-    EXPECT_EQ(history[0].SendTime, Office.Time.Time);
+    EXPECT_EQ(Dates::FromDays(history[0].SendTime), Office.Time.Time);
     EXPECT_EQ(Tracker.SlotAt(0).msgID, 1);
     EXPECT_EQ(Tracker.SlotAt(0).recipient, u"F1 S1");
     EXPECT_EQ(Tracker.SlotAt(0).number, u"+3531");
@@ -211,7 +212,7 @@ TEST_F(DispatchTest, AScheduledMessageShowsTheDayItWasWritten) {
     Dispatch::DoSend(Services, Sheet, Office.Time.Time.addMonths(2), true);
     EXPECT_TRUE(Column(QStringLiteral("msgText")).first().startsWith(QStringLiteral("07.Mar Mar ")));
     EXPECT_TRUE(Column(QStringLiteral("msgSendTime")).first().startsWith(QStringLiteral("2026-05-07")));
-    EXPECT_EQ(History.ReadHistory().first().SendTime, Office.Time.Time.addMonths(2));
+    EXPECT_EQ(Dates::FromDays(History.ReadHistory().first().SendTime), Office.Time.Time.addMonths(2));
 }
 
 TEST_F(DispatchTest, TrackingThatIsOffDoesNotStopTheSend) {

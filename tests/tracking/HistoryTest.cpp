@@ -1,5 +1,7 @@
 #include "tracking/HistoryFixture.h"
 
+#include "core/Dates.h"
+
 #include <QRandomGenerator>
 
 #include <algorithm>
@@ -85,11 +87,11 @@ TEST_F(HistoryTest, ReadingGivesWhatWasAddedNewestFirst) {
     EXPECT_EQ(records[0].MessageID, 2);
     EXPECT_EQ(records[0].Recipient, u"Béla");
     EXPECT_EQ(records[0].Text, u"two @SN");
-    EXPECT_EQ(records[0].SendTime, later);
+    EXPECT_EQ(Dates::FromDays(records[0].SendTime), later);
     EXPECT_EQ(records[0].Reserved, QByteArray(3, '\0'));
     EXPECT_EQ(records[1].MessageID, 1);
     EXPECT_EQ(records[1].Recipient, u"Ann");
-    EXPECT_EQ(records[1].SendTime, Noon);
+    EXPECT_EQ(Dates::FromDays(records[1].SendTime), Noon);
 }
 
 TEST_F(HistoryTest, ARecipientOf31CharactersIsStoredWith30AndStandsWholeInTheLog) {

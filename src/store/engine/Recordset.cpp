@@ -3,6 +3,8 @@
 #include "core/Numbers.h"
 #include "store/engine/Error.h"
 
+#include <QDateTime>
+
 namespace engine {
 
 QVariant Recordset::Value(QStringView name) const {
@@ -15,6 +17,15 @@ QVariant Recordset::Value(QStringView name) const {
 
 QString Recordset::Text(int index) const {
     return Numbers::NullToString(Value(index));
+}
+
+QVariant Recordset::ClockFace(int index) const {
+    QVariant value = Value(index);
+    if (value.typeId() == QMetaType::QDateTime) {
+        const QDateTime time = value.toDateTime();
+        return QDateTime(time.date(), time.time(), Qt::UTC);
+    }
+    return value;
 }
 
 bool FieldExists(const Recordset* recordset, QStringView name) noexcept {

@@ -39,6 +39,10 @@ public:
     /// The current row's value as text, the empty text for a null; throws as Value does. What lists of many
     /// rows read by: an engine may save itself the way through a QVariant.
     [[nodiscard]] virtual QString Text(int index) const;
+    /// As Value, but a date and time comes as the clock face showed it, marked as UTC so that nothing
+    /// converts it: for showing and sorting, not for comparing with the time now. What lists of many rows
+    /// read dates by, since each local time asks the system for its zone.
+    [[nodiscard]] virtual QVariant ClockFace(int index) const;
 
     /// Changes a field of the current row in memory; Update writes the row (dynamic cursor and optimistic
     /// lock only).

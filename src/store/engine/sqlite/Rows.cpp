@@ -30,13 +30,36 @@ ColumnType TypeOf(const char* declaration) {
     return startsWith("BOOL") || startsWith("YESNO") ? ColumnType::Boolean : ColumnType::Plain;
 }
 
+/// The number that the digits from `from` on make; -1 where one is none.
+int DigitsAt(QByteArrayView text, qsizetype from, int count) {
+    int number = 0;
+    for (const char digit : text.sliced(from, count)) {
+        if (digit < '0' || digit > '9') {
+            return -1;
+        }
+        number = number * 10 + (digit - '0');
+    }
+    return number;
+}
+
+/// "YYYY-MM-DD hh:mm:ss", as this program writes it; invalid for any other shape.
+QDateTime ReadWrittenDate(QByteArrayView text, Qt::TimeSpec spec) {
+    if (text.size() != 19 || text[4] != '-' || text[7] != '-' || text[10] != ' ' || text[13] != ':' ||
+        text[16] != ':') {
+        return {};
+    }
+    const QDate day(DigitsAt(text, 0, 4), DigitsAt(text, 5, 2), DigitsAt(text, 8, 2));
+    const QTime time(DigitsAt(text, 11, 2), DigitsAt(text, 14, 2), DigitsAt(text, 17, 2));
+    return day.isValid() && time.isValid() ? QDateTime(day, time, spec) : QDateTime();
+}
+
 /// "YYYY-MM-DD hh:mm:ss", a "T" for the blank, fractions of a second, or the day alone.
-QVariant ReadDate(const QString& text) {
+QVariant ReadDate(QStringView text, Qt::TimeSpec spec) {
     constexpr qsizetype DayLength = 10;
     const QDate day = QDate::fromString(text.left(DayLength), Qt::ISODate);
     const QTime time =
-        text.size() > DayLength ? QTime::fromString(text.mid(DayLength + 1), Qt::ISODate) : QTime(0, 0);
-    return day.isValid() && time.isValid() ? QVariant(QDateTime(day, time)) : QVariant(text);
+        text.size() > DayLength ? QTime::fromString(text.sliced(DayLength + 1), Qt::ISODate) : QTime(0, 0);
+    return day.isValid() && time.isValid() ? QVariant(QDateTime(day, time, spec)) : QVariant(text.toString());
 }
 
 }  // namespace
@@ -145,14 +168,15 @@ QVariant Rows::RawValue(std::size_t cell) const {
     }
 }
 
-QVariant Rows::Value(std::size_t cell, int column) const {
+QVariant Rows::Value(std::size_t cell, int column, Qt::TimeSpec spec) const {
     const ColumnType type = m_types.at(static_cast<std::size_t>(column));
     const char tag = m_bytes[cell];
     if (type == ColumnType::Boolean && tag == Integer) {
         return RawValue(cell).toLongLong() != 0;
     }
     if (type == ColumnType::DateTime && tag == Tag::Text) {
-        return ReadDate(RawValue(cell).toString());
+        const QDateTime written = ReadWrittenDate(BytesAt(cell), spec);
+        return written.date().isValid() ? QVariant(written) : ReadDate(TextAt(cell), spec);
     }
     return RawValue(cell);
 }
@@ -164,11 +188,15 @@ QString Rows::Text(std::size_t cell, int column) const {
     return m_bytes[cell] == Tag::Null ? QString() : Value(cell, column).toString();
 }
 
-QString Rows::TextAt(std::size_t cell) const {
+QByteArrayView Rows::BytesAt(std::size_t cell) const {
     const char* data = m_bytes.data() + cell + 1;
     quint32 length = 0;
     std::memcpy(&length, data, LengthSize);
-    return DecodeText({data + LengthSize, static_cast<qsizetype>(length)});
+    return {data + LengthSize, static_cast<qsizetype>(length)};
+}
+
+QString Rows::TextAt(std::size_t cell) const {
+    return DecodeText(BytesAt(cell));
 }
 
 }  // namespace engine::sqlite

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArrayView>
 #include <QStringList>
 #include <QStringView>
 #include <QVariant>
@@ -37,14 +38,16 @@ public:
     /// included.
     void Locate(std::size_t row, std::vector<std::size_t>* cells) const;
     /// The value of a cell that Locate found, by its column's type; null, bool, qint64, double, QString or
-    /// QDateTime.
-    [[nodiscard]] QVariant Value(std::size_t cell, int column) const;
+    /// QDateTime, of the given kind of time.
+    [[nodiscard]] QVariant Value(std::size_t cell, int column, Qt::TimeSpec spec = Qt::LocalTime) const;
     /// The value as text; the empty text for a null.
     [[nodiscard]] QString Text(std::size_t cell, int column) const;
     /// A value as it lies in the file, dates and booleans undecoded.
     [[nodiscard]] QVariant RawValue(std::size_t cell) const;
 
 private:
+    /// Of a cell that holds a text: its bytes as they lie in the file.
+    [[nodiscard]] QByteArrayView BytesAt(std::size_t cell) const;
     [[nodiscard]] QString TextAt(std::size_t cell) const;
 
     QStringList m_names;

@@ -198,15 +198,34 @@ std::unique_ptr<Recordset> SqliteConnection::RunSelect(const sql::Select& select
     return recordset;
 }
 
-/// The columns of texts, as SQLite takes a column for one; none where nothing is grouped or ordered.
+/// The columns among those that rows are grouped or ordered by that hold texts, as SQLite takes a column for
+/// one.
 QStringList SqliteConnection::TextColumns(const sql::Select& select) {
-    if (select.GroupBy.empty() && select.OrderBy.empty()) {
-        return {};
+    QStringList columns;
+    const auto take = [&](const sql::Expression& term) {
+        if (term.Kind == sql::ExpressionKind::Column && IsTextColumn(select.From, term.Column.Column)) {
+            columns.append(term.Column.Column.toString());
+        }
+    };
+    std::for_each(select.GroupBy.cbegin(), select.GroupBy.cend(), take);
+    std::for_each(select.OrderBy.cbegin(), select.OrderBy.cend(),
+                  [&](const sql::OrderItem& item) { take(item.Value); });
+    return columns;
+}
+
+bool SqliteConnection::IsTextColumn(QStringView table, QStringView column) {
+    const char* declared = nullptr;
+    if (sqlite3_table_column_metadata(m_database.Handle(), nullptr, table.toUtf8().constData(),
+                                      column.toUtf8().constData(), &declared, nullptr, nullptr, nullptr,
+                                      nullptr) == SQLITE_OK) {
+        const QByteArray type = QByteArray(declared).toUpper();
+        return type.contains("CHAR") || type.contains("CLOB") || type.contains("TEXT");
     }
+    // A saved query, or a table that has changed since it was looked at: the statement tells.
     const QByteArray sql =
         "SELECT name FROM pragma_table_xinfo(?) WHERE type LIKE '%CHAR%' OR type LIKE '%CLOB%' OR type LIKE "
         "'%TEXT%'";
-    return ReadNames(sql, select.From.toString());
+    return ReadNames(sql, table.toString()).contains(column, Qt::CaseInsensitive);
 }
 
 Rows SqliteConnection::Collect(const sql::Written& written, int hidden, const sql::Statement* statement) {

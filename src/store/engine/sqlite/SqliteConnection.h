@@ -59,6 +59,7 @@ private:
     [[nodiscard]] std::unique_ptr<Recordset> RunSelect(const sql::Select& select,
                                                        const sql::Statement& statement, bool isWritable);
     [[nodiscard]] QStringList TextColumns(const sql::Select& select);
+    [[nodiscard]] bool IsTextColumn(QStringView table, QStringView column);
     [[nodiscard]] Rows Collect(const sql::Written& written, int hidden, const sql::Statement* statement);
     [[nodiscard]] qint64 RunChange(const sql::Written& written, Doing doing, const sql::Statement* statement);
     [[nodiscard]] PreparedStatement Prepare(const QByteArray& sql, Doing doing,

@@ -84,6 +84,14 @@ QString SqliteRecordset::Text(int index) const {
     return m_rows.Text(Cells()[static_cast<std::size_t>(index)], index);
 }
 
+QVariant SqliteRecordset::ClockFace(int index) const {
+    if (!m_changes.isEmpty() || !m_written.isEmpty()) {
+        return Recordset::ClockFace(index);
+    }
+    CheckRow(index);
+    return m_rows.Value(Cells()[static_cast<std::size_t>(index)], index, Qt::UTC);
+}
+
 void SqliteRecordset::SetValue(QStringView name, const QVariant& value) {
     const int index = FieldIndex(name);
     CheckRow(index);

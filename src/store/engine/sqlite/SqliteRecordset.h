@@ -42,6 +42,7 @@ public:
     using Recordset::Value;
     [[nodiscard]] QVariant Value(int index) const override;
     [[nodiscard]] QString Text(int index) const override;
+    [[nodiscard]] QVariant ClockFace(int index) const override;
     void SetValue(QStringView name, const QVariant& value) override;
     void Update() override;
     void Close() override;

@@ -125,6 +125,34 @@ TEST_P(RowsContractTest, TheTextOfAChangedFieldIsThatOfTheChange) {
     EXPECT_EQ(rows->Text(rows->FieldIndex(u"cntSurname")), QStringLiteral("One"));
 }
 
+TEST_P(RowsContractTest, AClockFaceIsTheDateAsItStandsInNoZoneAndAnyOtherValueAsItIs) {
+    auto connection = Phonebook();
+    Execute(*connection, Contact(QStringLiteral("One")));
+    const auto contacts = Writable(*connection, QStringLiteral("SELECT * FROM Contact"));
+    const int surname = contacts->FieldIndex(u"cntSurname");
+    EXPECT_EQ(contacts->ClockFace(surname), QVariant(QStringLiteral("One")));
+    contacts->SetValue(u"cntSurname", QStringLiteral("Two"));
+    EXPECT_EQ(contacts->ClockFace(surname), QVariant(QStringLiteral("Two")));
+
+    auto outbox = Outbox();
+    // Half past two of a night in which many zones have no such time.
+    for (const char* time : {"#31/December/1999 23:59:58#", "#28/March/2027 02:30:00#", "#29/Feb/2024#"}) {
+        Execute(*outbox, QStringLiteral("INSERT INTO Message (msgSendTime, msgStatus) VALUES (%1, 5)")
+                             .arg(QString::fromLatin1(time)));
+    }
+    const auto rows = Rows(*outbox, QStringLiteral("SELECT msgSendTime, msgStatus, msgDeliveryTime FROM "
+                                                   "Message ORDER BY msgSendTime"));
+    for (const QDateTime& face : {QDateTime(QDate(1999, 12, 31), QTime(23, 59, 58), Qt::UTC),
+                                  QDateTime(QDate(2024, 2, 29), QTime(0, 0), Qt::UTC),
+                                  QDateTime(QDate(2027, 3, 28), QTime(2, 30), Qt::UTC)}) {
+        EXPECT_EQ(rows->ClockFace(0), QVariant(face));
+        EXPECT_EQ(rows->ClockFace(1), QVariant(5));
+        EXPECT_TRUE(rows->ClockFace(2).isNull());
+        rows->MoveNext();
+    }
+    EXPECT_THROW(Q_UNUSED(rows->ClockFace(0)), engine::Failure);
+}
+
 TEST_P(RowsContractTest, ARecordsetKnowsHowManyRowsItHasOrSaysThatItDoesNot) {
     auto connection = Outbox();
     AddMessage(*connection, QStringLiteral("one"));
