@@ -17,5 +17,10 @@ QPoint PopupPlace(const QRect& screen, const QRect& free, const QRect& tray, con
     }
     const int x = isLeft ? free.left() + Margin : free.right() + 1 - Margin - size.width();
     const int y = isTop ? free.top() + Margin : free.bottom() + 1 - Margin - size.height();
-    return {std::max(x, free.left()), std::max(y, free.top())};
+    QRect place(QPoint(x, y), size);
+    if (place.intersects(tray)) {
+        // A panel that windows may cover: the icon stays within reach.
+        isTop ? place.moveTop(tray.bottom() + 1 + Margin) : place.moveBottom(tray.top() - 1 - Margin);
+    }
+    return {std::max(place.left(), free.left()), std::max(place.top(), free.top())};
 }

@@ -22,8 +22,14 @@ TEST(PopupPlace, ItStandsAtThePanelsSide) {
 }
 
 TEST(PopupPlace, AKnownTrayDecides) {
-    EXPECT_EQ(PopupPlace(Screen, Screen, QRect(10, 10, 24, 24), Size), QPoint(8, 8));
-    EXPECT_EQ(PopupPlace(Screen, QRect(0, 30, 1000, 770), QRect(20, 770, 24, 24), Size), QPoint(8, 692));
+    EXPECT_EQ(PopupPlace(Screen, QRect(0, 30, 1000, 770), QRect(10, 3, 24, 24), Size), QPoint(8, 38));
+    EXPECT_EQ(PopupPlace(Screen, QRect(0, 30, 1000, 740), QRect(20, 773, 24, 24), Size), QPoint(8, 662));
+}
+
+TEST(PopupPlace, TheIconStaysInViewWhereWindowsMayCoverThePanel) {
+    EXPECT_EQ(PopupPlace(Screen, Screen, QRect(970, 2, 24, 24), Size), QPoint(672, 26 + 8));
+    EXPECT_EQ(PopupPlace(Screen, Screen, QRect(970, 772, 24, 24), Size), QPoint(672, 772 - 8 - 100));
+    EXPECT_EQ(PopupPlace(Screen, Screen, QRect(2, 700, 24, 24), Size), QPoint(8, 700 - 8 - 100));
 }
 
 TEST(PopupPlace, OnASmallScreenItsUpperLeftCornerStaysInView) {

@@ -1,0 +1,91 @@
+#include "e2e/Tour.h"
+
+#include "app/AppContext.h"
+#include "controls/ReportControl.h"
+#include "e2e/RealInput.h"
+#include "shell/Look.h"
+#include "shell/frmMain.h"
+
+#include <QApplication>
+#include <QDateTimeEdit>
+#include <QMenu>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTest>
+
+#include <cstdio>
+
+/// A message for tomorrow is taken back before the gateway gets it.
+void Tour::CancelOne() {
+    m_hand.ClickTab(QStringLiteral("tabGroup"), QStringLiteral("*"));
+    m_hand.DoubleClickRow(QStringLiteral("lvContacts"), NamesWithConfirmation(false, 5)[4]);
+    m_hand.Type(QStringLiteral("txtMessage"), QStringLiteral("Your appointment is tomorrow at ten."));
+    m_hand.WhenDialog(QStringLiteral("frmGetTime"), [] {
+        auto& date = Driver::Find<QDateTimeEdit>(QStringLiteral("dtDate"));
+        date.setDate(date.date().addDays(1));
+        Driver::Click(QStringLiteral("cmdOK"));
+    });
+    m_hand.Click(QStringLiteral("cmdSendLater"));
+    m_hand.WaitFor(QStringLiteral("an empty composition"), [] { return Recipients() == 0; });
+    m_hand.WhenDialog(QStringLiteral("frmHistory"), [this] { WorkInHistory(); });
+    m_hand.Click(QStringLiteral("cmdHistory"));
+    if (m_newest.Items.value(0).Value != QVariant(2)) {
+        throw DriverError(QStringLiteral("the message for tomorrow was not canceled"));
+    }
+    std::printf("    a message for tomorrow was canceled before it was sent\n");
+}
+
+void Tour::WorkInHistory() {
+    auto& grid = Driver::Find<ReportControl>(QStringLiteral("rptHistory"));
+    m_hand.Picture(QStringLiteral("11-history"));
+    m_hand.WhenMenu([this](QMenu& menu) {
+        m_hand.Picture(QStringLiteral("12-history-menu"));
+        menu.close();
+    });
+    QTest::mouseClick(grid.viewport(), Qt::RightButton, {},
+                      grid.visualRect(grid.model()->index(0, 2)).center());
+    m_hand.WhenDialog(QStringLiteral("MessageBox"), [this] {
+        m_hand.Picture(QStringLiteral("13-cancel"));
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        box->button(QMessageBox::Yes)->click();
+    });
+    Driver::Click(QStringLiteral("cmdCancel"));
+    m_hand.Picture(QStringLiteral("14-canceled"));
+    m_newest = *grid.RowRecord(0);
+    Look::Apply(QStringLiteral("dark"));
+    m_hand.Picture(QStringLiteral("15-history-dark"));
+    Look::Apply(QStringLiteral("light"));
+    Driver::Click(QStringLiteral("cmdClose"));
+}
+
+void Tour::SetPublicPassword(const QString& password) {
+    DB phonebook(m_context.Database);
+    phonebook.Filename = m_context.PhonebookDB->Filename;
+    if (!phonebook.OpenDatabase(engine::Mode::ReadWriteShared) ||
+        !phonebook.Execute(QStringLiteral("UPDATE Config SET cfgPublicHistoryPassword='%1'").arg(password))) {
+        throw DriverError(QStringLiteral("the password could not be set"));
+    }
+}
+
+void Tour::SeePublicHistory() {
+    const QString password = QStringLiteral("harbour");
+    SetPublicPassword(password);
+    m_hand.WhenDialog(QStringLiteral("frmPassword"), [this, password] {
+        RealInput::Do({QStringLiteral("keyup"), QStringLiteral("ctrl")});
+        m_hand.Type(QStringLiteral("txtPassword"), password);
+        m_hand.Picture(QStringLiteral("16-password"));
+        m_hand.WhenDialog(QStringLiteral("frmHistory"), [this] {
+            m_hand.Picture(QStringLiteral("17-public-history"));
+            if (IsShown(QStringLiteral("cmdCancel")) ||
+                Driver::Find<ReportControl>(QStringLiteral("rptHistory")).RecordCount() < m_expected) {
+                throw DriverError(QStringLiteral("this is not the history of all workstations"));
+            }
+            Driver::Click(QStringLiteral("cmdClose"));
+        });
+        m_hand.Press(QStringLiteral("txtPassword"), Qt::Key_Return);
+    });
+    RealInput::Do({QStringLiteral("keydown"), QStringLiteral("ctrl")});
+    m_hand.Click(QStringLiteral("cmdHistory"));
+    SetPublicPassword(QString());
+    std::printf("    the public history opened with Ctrl and its password\n");
+}
