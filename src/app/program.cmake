@@ -2,6 +2,7 @@
 add_executable(larkspan src/app/main.cpp)
 target_link_libraries(larkspan PRIVATE larkspan_shell)
 install(TARGETS larkspan RUNTIME DESTINATION bin)
+install(FILES docs/man/larkspan.1 DESTINATION share/man/man1)
 install(FILES packaging/larkspan.desktop DESTINATION share/applications)
 install(FILES packaging/larkspan.metainfo.xml DESTINATION share/metainfo)
 install(FILES packaging/larkspan.svg DESTINATION share/icons/hicolor/scalable/apps)

@@ -1,8 +1,11 @@
+#include "app/CommandLine.h"
+
 #include <QDir>
 #include <QFile>
 #include <QGuiApplication>
 #include <QImageReader>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QStandardPaths>
 #include <QSvgRenderer>
 #include <QXmlStreamReader>
@@ -143,5 +146,22 @@ TEST(Packaging, WhatComesWithTheProgramLiesWhereTheBuiltProgramLooksForIt) {
         QFile kept(Packaging.filePath(Q(name)));
         ASSERT_TRUE(copy.open(QIODevice::ReadOnly) && kept.open(QIODevice::ReadOnly)) << name;
         EXPECT_EQ(copy.readAll(), kept.readAll()) << name;
+    }
+}
+
+TEST(Packaging, TheManualNamesEveryOptionAndEverySettingOfTheProgram) {
+    const QString manual = Read("../docs/man/larkspan.1").remove(u'\\');
+    QStringList names;
+    const auto take = [&names](const QString& text, const char* pattern) {
+        for (const QRegularExpressionMatch& match : QRegularExpression(Q(pattern)).globalMatch(text)) {
+            names.append(match.captured(1));
+        }
+    };
+
+    take(CommandLine::HelpText(), "\\n  (--?[a-z]+|/[a-z]+)");
+    take(Read("../src/core/Settings.h"), "QStringLiteral\\(\"(\\w+)\"\\)");
+    EXPECT_GE(names.size(), 16) << names.join(u' ').toStdString();
+    for (const QString& name : names) {
+        EXPECT_TRUE(manual.contains(QRegularExpression(Q("\\W%1\\b").arg(name)))) << name.toStdString();
     }
 }
