@@ -8,6 +8,8 @@
 #include <QSettings>
 #include <QTemporaryDir>
 
+#include <utility>
+
 #include "support/BrokenDisk.h"
 #include "support/Printing.h"
 
@@ -45,7 +47,7 @@ protected:
 /// Settings of this process lie in a folder of their own as long as it lives, and then in `before` again.
 class SettingsAt {
 public:
-    explicit SettingsAt(const QString& before) : m_before(before) { Set(m_folder.path()); }
+    explicit SettingsAt(QString before) : m_before(std::move(before)) { Set(m_folder.path()); }
     ~SettingsAt() { Set(m_before); }
     SettingsAt(const SettingsAt&) = delete;
     SettingsAt& operator=(const SettingsAt&) = delete;

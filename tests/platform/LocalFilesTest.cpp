@@ -99,7 +99,7 @@ protected:
         EXPECT_TRUE(m_files.Replace(In(u"replaced"_s), New));
         EXPECT_TRUE(m_files.Append(In(u"appended"_s), New));
         umask(maskBefore);
-        const QList<mode_t> modes = {ModeOf(In(u"replaced"_s)), ModeOf(In(u"appended"_s))};
+        QList<mode_t> modes = {ModeOf(In(u"replaced"_s)), ModeOf(In(u"appended"_s))};
         EXPECT_TRUE(m_files.Remove(In(u"replaced"_s)) && m_files.Remove(In(u"appended"_s)));
         return modes;
     }

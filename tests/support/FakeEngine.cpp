@@ -196,11 +196,11 @@ void FakeEngine::Fail(Operation operation, int number, int first, int last) {
     Intercept(
         operation,
         [this, number] {
-            const Failure failure(number, QStringLiteral("fake failure %1").arg(number));
+            const QString description = QStringLiteral("fake failure %1").arg(number);
             if (!m_sqlState.isNull()) {
-                throw OddFailure(failure, m_sqlState);
+                throw OddFailure(Failure(number, description), m_sqlState);
             }
-            throw failure;
+            throw Failure(number, description);
         },
         first, last);
 }
