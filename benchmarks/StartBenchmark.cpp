@@ -24,6 +24,7 @@
 #include <QStringListModel>
 
 #include <functional>
+#include <utility>
 
 #include <unistd.h>
 
@@ -56,7 +57,7 @@ void TellAndEnd() {
 /// Waits for the first painting of a list by its object name. Made before the list is.
 class FirstPainting final : public QObject {
 public:
-    explicit FirstPainting(const QString& list) : m_list(list) { qApp->installEventFilter(this); }
+    explicit FirstPainting(QString list) : m_list(std::move(list)) { qApp->installEventFilter(this); }
 
     /// Called by an event loop that has nothing to do before this: runs `done` when the list has been painted
     /// and the window system has what was painted.
