@@ -83,8 +83,8 @@ TEST(EntryRoutine, AMainWindowClosedWhileEventsAreLetThroughEndsTheProcessAtOnce
         machine.StoreOffice();
         Start start(machine);
         int passes = 0;
-        machine.Office.Pump.OnProcess = [&](int) {
-            if (++passes == pass) {
+        machine.Office.Pump.OnProcess = [&, last = pass](int) {
+            if (++passes == last) {
                 start.Screens.State = MainState::Unloaded;
             }
         };

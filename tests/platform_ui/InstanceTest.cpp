@@ -109,8 +109,10 @@ TEST(Instance, AfterACrashOfTheFirstThereIsNoPreviousInstance) {
 
 TEST(Instance, OfTwelveStartsAtTheSameMomentExactlyOneIsLeft) {
     const QTemporaryDir folder;
+    constexpr int Starts = 12;
     std::vector<std::unique_ptr<Copy>> copies;
-    for (int i = 0; i < 12; ++i) {
+    copies.reserve(Starts);
+    for (int i = 0; i < Starts; ++i) {
         copies.push_back(std::make_unique<Copy>(folder));
     }
     int firsts = 0;

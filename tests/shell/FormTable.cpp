@@ -143,7 +143,7 @@ public:
                 {{Q("msgRecipient"), Q("Surname, First")},
                  {Q("msgText"), Q("Hello")},
                  {Q("msgStatus"), status},
-                 {Q("msgSendTime"), m_machine.Office.Time.Time.addSecs(-600 * status)}});
+                 {Q("msgSendTime"), m_machine.Office.Time.Time.addSecs(qint64{-600} * status)}});
             m_history.AddToHistory(id, Q("Surname, First"), Q("Hello"), m_machine.Office.Time.Time);
         }
         m_dialog.LoadHistory();

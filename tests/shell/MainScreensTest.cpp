@@ -13,6 +13,7 @@
 #include <gtest/gtest.h>
 
 #include <stdexcept>
+#include <utility>
 
 namespace {
 
@@ -36,7 +37,7 @@ struct RealStart {
 /// Closes a window of this name as soon as it is on the screen, as an impatient user does.
 class Closer final : public QObject {
 public:
-    explicit Closer(const QString& name) : m_name(name) { qApp->installEventFilter(this); }
+    explicit Closer(QString name) : m_name(std::move(name)) { qApp->installEventFilter(this); }
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override {

@@ -115,7 +115,7 @@ protected:
         program.start(m_program.Path(), {Q("--data"), m_office.DataFolder.path(), Q("/error")});
         EXPECT_TRUE(program.waitForFinished(Deadline)) << "the program hung";
         EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
-        const QByteArray said = program.readAllStandardError();
+        QByteArray said = program.readAllStandardError();
         EXPECT_EQ(program.exitCode(), 0) << said.constData();
         program.kill();
         program.waitForFinished();

@@ -239,9 +239,9 @@ TEST_F(DBTest, TheDriveIsTheLetterOfAMappedPathOnly) {
 TEST_F(DBTest, FolderAndFilenamePartAtTheLastSeparatorOfEitherKind) {
     const auto parts = [&](const char16_t* filename) {
         Database.Filename = QString::fromUtf16(filename);
-        return QPair{Database.GetFolder(), Database.GetFilename()};
+        return std::pair{Database.GetFolder(), Database.GetFilename()};
     };
-    using Parts = QPair<QString, QString>;
+    using Parts = std::pair<QString, QString>;
     EXPECT_EQ(parts(u"C:\\data\\smscontacts.mdb"),
               Parts(QStringLiteral("C:\\data"), QStringLiteral("smscontacts.mdb")));
     EXPECT_EQ(parts(u"/mnt/data/smscontacts.mdb"),

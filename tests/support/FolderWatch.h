@@ -32,7 +32,7 @@ public:
     /// may be one. Empty if nothing has.
     [[nodiscard]] QStringList Events() {
         QStringList events;
-        QByteArray bytes(64 * 1024, '\0');
+        QByteArray bytes(qsizetype{64} * 1024, '\0');
         ssize_t count = 0;
         while ((count = read(m_queue, bytes.data(), static_cast<size_t>(bytes.size()))) > 0) {
             for (ssize_t at = 0; at < count;) {

@@ -42,7 +42,7 @@ public:
     /// A row of the outbox, sent `minutes` before now; the new msgID.
     qint32 AddRow(qint32 status, int minutes = 60, QVariantMap columns = {}) {
         columns.insert(QStringLiteral("msgStatus"), status);
-        columns.insert(QStringLiteral("msgSendTime"), Office.Time.Time.addSecs(-60 * minutes));
+        columns.insert(QStringLiteral("msgSendTime"), Office.Time.Time.addSecs(qint64{-60} * minutes));
         if (!columns.contains(QStringLiteral("msgRecipient"))) {
             columns.insert(QStringLiteral("msgRecipient"), QStringLiteral("Ann"));
         }

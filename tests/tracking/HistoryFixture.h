@@ -40,7 +40,7 @@ public:
     }
     /// Record `index` of the file, counted from 0.
     [[nodiscard]] QByteArray Record(int index) const {
-        return Bytes(HistoryPath()).mid(index * HistoryRecord::Size, HistoryRecord::Size);
+        return Bytes(HistoryPath()).mid(qsizetype{index} * HistoryRecord::Size, HistoryRecord::Size);
     }
     /// A record of a file, built by hand.
     [[nodiscard]] static QByteArray RawRecord(char id, const QByteArray& reserved,

@@ -41,7 +41,7 @@ TEST(FuzzCorpus, NoMutationOfTheCorpusIsEither) {
         const int changes = random.bounded(1, 4);
         for (int change = 0; change < changes; ++change) {
             const int position = random.bounded(static_cast<int>(bytes.size()));
-            const QByteArray other = corpus.at(random.bounded(static_cast<int>(corpus.size())));
+            const QByteArray& other = corpus.at(random.bounded(static_cast<int>(corpus.size())));
             switch (random.bounded(4)) {
                 case 0:
                     bytes[position] = static_cast<char>(random.bounded(256));
