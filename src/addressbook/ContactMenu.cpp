@@ -6,7 +6,7 @@ Cmenu ContactMenu::Build(qint16 tabNumber, const QList<Group>& groups, const QSt
     Cmenu menu;
     menu.AddItem(AddToRecipients, QStringLiteral("Add To Recipients"));
     if (tabNumber != Keys::FavouritesTab && tabNumber != Keys::PrivateTab) {
-        menu.AddItem(AddToFavourites, QStringLiteral("Add To ") + favouriteWord, false, true);
+        menu.AddItem(AddToFavourites, QStringLiteral("Add To ") + favouriteWord, false, 0, true);
         Cmenu inner(QStringLiteral("Add Selection To Group"));
         for (const Group& group : groups) {
             inner.AddItem(group.Number + FirstGroup, group.Caption);
@@ -15,6 +15,6 @@ Cmenu ContactMenu::Build(qint16 tabNumber, const QList<Group>& groups, const QSt
         inner.AddItem(NewGroup, QStringLiteral("{New Group}"));
         menu.AddItem(std::move(inner));
     }
-    menu.AddItem(Print, QStringLiteral("Print Contact List"), false, true);
+    menu.AddItem(Print, QStringLiteral("Print Contact List"), false, 0, true);
     return menu;
 }

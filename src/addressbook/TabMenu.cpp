@@ -9,13 +9,13 @@ Cmenu TabMenu::Build(const Subject& subject) {
     if (!isEveryone) {
         const QString text =
             QStringLiteral("Add '") + subject.Caption + QStringLiteral("' Group To Recipients");
-        menu.AddItem(AddToRecipients, text, false, !isGroup);
+        menu.AddItem(AddToRecipients, text, false, 0, !isGroup);
     }
     if (isGroup) {
         menu.AddItem(Rename, QStringLiteral("Rename Group '") + subject.Caption + u'\'');
         menu.AddItem(Delete, QStringLiteral("Delete Group '") + subject.Caption + u'\'');
     } else if (subject.Number == Keys::PrivateTab) {
-        menu.AddItem(EditPrivate, QStringLiteral("Edit Private Contacts"), false, true);
+        menu.AddItem(EditPrivate, QStringLiteral("Edit Private Contacts"), false, 0, true);
     }
     if (!isEveryone) {
         menu.AddItem(Separator, QStringLiteral("-"));

@@ -12,7 +12,7 @@ public:
 
     /// A press at this point, in any unit: true if it and the one before make a double click, which takes no
     /// longer than the double click time and moves no more than 4 units either way. A third press starts a
-    /// new pair.
+    /// new pair. The desktop's own tolerances are not asked for: the distance is the same on every screen.
     [[nodiscard]] bool IsDoubleClick(float x, float y);
 
 private:
@@ -21,6 +21,6 @@ private:
     Clock& m_clock;
     float m_lastX;
     float m_lastY;
-    qint64 m_lastTime;
+    qint64 m_lastTime;  // ms; wide enough never to begin anew
     int m_doubleClickTime;
 };

@@ -50,25 +50,33 @@ QStringList TextsOf(const QMenu& menu) {
 
 Cmenu::Cmenu(const QString& caption) : m_menu(std::make_unique<QMenu>(Escaped(caption))) {}
 
-void Cmenu::AddItem(int id, const QString& text, bool isDefault, bool isGrayed, bool isChecked) {
+void Cmenu::AddItem(int id, const QString& text, bool isDefault, int flag, bool isGrayed, bool isDisabled,
+                    bool isChecked) {
     if (text == QStringLiteral("-")) {
         m_menu->addSeparator()->setData(id);
         return;
     }
+    if ((flag & ColumnBreak) != 0 && !m_menu->isEmpty()) {
+        m_menu->addSeparator();
+    }
     QAction* entry = m_menu->addAction(Escaped(text));
     entry->setData(id);
-    entry->setEnabled(!isGrayed);
     entry->setCheckable(isChecked);
     entry->setChecked(isChecked);
-    if (isDefault) {
-        m_menu->setDefaultAction(entry);
-    }
+    SetState(*entry, isDefault, isGrayed, isDisabled);
 }
 
-void Cmenu::AddItem(Cmenu menu) {
+void Cmenu::AddItem(Cmenu menu, bool isDefault, bool isGrayed, bool isDisabled) {
     QMenu* inner = menu.m_menu.release();
     inner->setParent(m_menu.get(), inner->windowFlags());
-    m_menu->addMenu(inner);
+    SetState(*m_menu->addMenu(inner), isDefault, isGrayed, isDisabled);
+}
+
+void Cmenu::SetState(QAction& entry, bool isDefault, bool isGrayed, bool isDisabled) {
+    if (isDefault) {
+        m_menu->setDefaultAction(&entry);
+    }
+    entry.setEnabled(!isGrayed && !isDisabled);
 }
 
 int Cmenu::TrackPopup(ModalDoor& door, const QPoint& position) const {

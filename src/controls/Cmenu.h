@@ -13,14 +13,17 @@ class ModalDoor;
 class Cmenu {
 public:
     static constexpr int AtPointer = -1;
+    static constexpr int ColumnBreak = 32;  // a bit of an entry's flag
 
     explicit Cmenu(const QString& caption = QString());
 
-    /// A text entry; the text "-" is a separator.
-    void AddItem(int id, const QString& text, bool isDefault = false, bool isGrayed = false,
-                 bool isChecked = false);
-    /// A submenu; the entries of `menu` answer with their own numbers. Takes the menu over.
-    void AddItem(Cmenu menu);
+    /// A text entry; the text "-" is a separator, of which nothing else counts. With ColumnBreak as its flag
+    /// it begins a new section: menus have one column here, so a separator stands before it. A disabled entry
+    /// cannot be chosen, and looks like a grayed one.
+    void AddItem(int id, const QString& text, bool isDefault = false, int flag = 0, bool isGrayed = false,
+                 bool isDisabled = false, bool isChecked = false);
+    /// A submenu under its caption; the entries of `menu` answer with their own numbers. Takes the menu over.
+    void AddItem(Cmenu menu, bool isDefault = false, bool isGrayed = false, bool isDisabled = false);
     /// Shows the menu at a global position. The number of the entry chosen, 0 for none.
     [[nodiscard]] int TrackPopup(ModalDoor& door, const QPoint& position) const;
     /// Shows the menu for a window of this program; without one, for the first top-level window that there
@@ -33,5 +36,7 @@ public:
     [[nodiscard]] QStringList Texts() const;
 
 private:
+    void SetState(QAction& entry, bool isDefault, bool isGrayed, bool isDisabled);
+
     std::unique_ptr<QMenu> m_menu;
 };

@@ -1,6 +1,7 @@
 #include "controls/ModalDoor.h"
 
 #include "controls/HeldKeyGuard.h"
+#include "controls/LeftButtonOnly.h"
 
 #include <QDialog>
 #include <QDrag>
@@ -26,6 +27,9 @@ void ScreenModalDoor::ShowModal(QDialog& dialog, QWidget* owner) {
         }
     }
     {
+        if (owner != nullptr) {
+            dialog.setWindowModality(Qt::WindowModal);
+        }
         const HeldKeyGuard heldKeys(dialog);
         dialog.exec();
     }
@@ -36,6 +40,7 @@ void ScreenModalDoor::ShowModal(QDialog& dialog, QWidget* owner) {
 }
 
 QAction* ScreenModalDoor::ShowMenu(QMenu& menu, const QPoint& position) {
+    const LeftButtonOnly buttons(menu);
     return menu.exec(position);
 }
 

@@ -15,10 +15,12 @@ class QWidget;
 class ModalDoor {
 public:
     virtual ~ModalDoor() = default;
-    /// Shows the dialog over `owner` until it hides; safe if the dialog dies meanwhile. The key that opened
-    /// it may still be held down, and must not answer it: see HeldKeyGuard.
+    /// Shows the dialog over `owner` until it hides; safe if the dialog dies meanwhile. Only the owner and
+    /// its own owners take no input; without one, no window does. The key that opened it may still be held
+    /// down, and must not answer it: see HeldKeyGuard.
     virtual void ShowModal(QDialog& dialog, QWidget* owner) = 0;
-    /// Shows the menu at a global position; the chosen action, or null.
+    /// Shows the menu at a global position; the chosen action, or null. Of the mouse's buttons only the left
+    /// one chooses.
     virtual QAction* ShowMenu(QMenu& menu, const QPoint& position) = 0;
 };
 

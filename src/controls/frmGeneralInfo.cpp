@@ -3,9 +3,9 @@
 #include "controls/FormTools.h"
 #include "controls/ModalDoor.h"
 
-#include <QDate>
 #include <QDialogButtonBox>
 #include <QPlainTextEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -35,7 +35,6 @@ frmGeneralInfo::frmGeneralInfo(QWidget* parent) : QDialog(parent), m_txtMessage(
     column->addWidget(buttons);
     connect(okay, &QAbstractButton::clicked, this, &QWidget::hide);
     FormTools::SetFormCaption(*this, QString());
-    FormTools::ExpandPlaceholders(*this, QDate::currentDate().year());
     okay->setFocus();
 }
 
@@ -49,8 +48,10 @@ void frmGeneralInfo::SetMessaage(const QString& text) {
 }
 
 void ShowGeneralInfo(ModalDoor& door, QWidget& owner, const QString& title, const QString& message) {
-    frmGeneralInfo form(&owner);
-    form.SetTitle(title);
-    form.SetMessaage(message);
-    door.ShowModal(form, &owner);
+    // The owner may go meanwhile, and the form with it.
+    const QPointer<frmGeneralInfo> form(new frmGeneralInfo(&owner));
+    form->SetTitle(title);
+    form->SetMessaage(message);
+    door.ShowModal(*form, &owner);
+    delete form.data();
 }

@@ -1,7 +1,6 @@
 #include "platform_ui/QtTray.h"
 
-#include <QCoreApplication>
-#include <QGuiApplication>
+#include <QApplication>
 #include <QMouseEvent>
 #include <QTimer>
 
@@ -73,11 +72,26 @@ void QtTray::Update() {
     const bool wasShown = m_trayIcon != nullptr && m_trayIcon->isVisible();
     const bool isShown = m_trayIcon != nullptr && IsAreaThere();
     if (wasShown != isShown) {
-        m_trayIcon->setVisible(isShown);
+        ShowIcon(isShown);
     }
     m_watch.SetPolling(!isShown || m_isNeeded);
     if (wasShown && !isShown && m_events.OnLost) {
         m_events.OnLost();
+    }
+}
+
+void QtTray::ShowIcon(bool on) {
+    const QWidgetList before = QApplication::topLevelWidgets();
+    m_trayIcon->setVisible(on);
+    if (!on || m_kind != Kind::Embedding) {
+        return;
+    }
+    const QWidgetList after = QApplication::topLevelWidgets();
+    for (QWidget* window : after) {
+        if (!before.contains(window)) {
+            m_iconWindow = window;
+            window->installEventFilter(this);
+        }
     }
 }
 
@@ -129,25 +143,28 @@ void QtTray::Activate(QSystemTrayIcon::ActivationReason reason) {
                            (reason == QSystemTrayIcon::Trigger && m_kind == Kind::Host);
     if (isOpening && m_events.OnOpen) {
         m_events.OnOpen();
-    } else if (reason == QSystemTrayIcon::Context && m_events.OnMenu) {
-        if (QGuiApplication::mouseButtons().testFlag(Qt::RightButton)) {
-            QCoreApplication::instance()->installEventFilter(this);
-        } else {
-            m_events.OnMenu();
-        }
+    } else if (reason == QSystemTrayIcon::Context && m_kind == Kind::Host) {
+        AskForMenu();
     }
 }
 
-bool QtTray::eventFilter(QObject*, QEvent* event) {
-    // The toolkit tells the press; the menu belongs to the release.
-    if (event->type() == QEvent::MouseButtonRelease &&
-        static_cast<QMouseEvent*>(event)->button() == Qt::RightButton) {
-        QCoreApplication::instance()->removeEventFilter(this);
-        QTimer::singleShot(0, this, [this] {
-            if (m_events.OnMenu) {
-                m_events.OnMenu();
-            }
-        });
+void QtTray::AskForMenu() {
+    // Not from within the toolkit's own handling of the event: the menu may end the program.
+    QTimer::singleShot(0, this, [this] {
+        if (m_events.OnMenu) {
+            m_events.OnMenu();
+        }
+    });
+}
+
+bool QtTray::eventFilter(QObject* watched, QEvent* event) {
+    // The toolkit tells the press, and only of the first of two clicks; the menu belongs to each release.
+    if (watched == m_iconWindow && event->type() == QEvent::MouseButtonRelease) {
+        const auto* mouse = static_cast<const QMouseEvent*>(event);
+        if (mouse->button() == Qt::RightButton &&
+            m_iconWindow->rect().contains(mouse->position().toPoint())) {
+            AskForMenu();
+        }
     }
     return false;
 }

@@ -4,7 +4,9 @@
 #include "platform_ui/TrayWatch.h"
 
 #include <QObject>
+#include <QPointer>
 #include <QSystemTrayIcon>
+#include <QWidget>
 
 #include <memory>
 
@@ -37,7 +39,9 @@ private:
     [[nodiscard]] bool IsAreaThere() const;
     void Update();
     void MakeIcon(Kind kind);
+    void ShowIcon(bool on);
     void Activate(QSystemTrayIcon::ActivationReason reason);
+    void AskForMenu();
 
     TrayWatch m_watch;
     TrayEvents m_events;
@@ -45,6 +49,8 @@ private:
     QIcon m_picture;
     QString m_toolTip;
     QMenu* m_hostMenu = nullptr;
+    /// Where other programs' trays embed it, the toolkit's window for the icon.
+    QPointer<QWidget> m_iconWindow;
     Kind m_kind = Kind::None;
     bool m_isOpen = false;
     bool m_isNeeded = false;

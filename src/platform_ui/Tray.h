@@ -30,7 +30,8 @@ public:
     virtual void Close() = 0;
     /// True while the icon is shown, so that a user can reach it.
     [[nodiscard]] virtual bool IsThere() const = 0;
-    /// Told while a window depends on the icon: the end of the area is then noticed within 2 s.
+    /// Told while a window depends on the icon: the end of the area is then noticed within 2 s, and
+    /// within 4 s that of one that hangs.
     virtual void SetNeeded(bool on) = 0;
     virtual void SetIcon(const QIcon& icon) = 0;
     virtual void SetToolTip(const QString& text) = 0;

@@ -42,15 +42,11 @@ xcb_atom_t TraySelection(xcb_connection_t* connection) {
 
 TrayWatch::TrayWatch(QObject* parent) : QObject(parent), m_pollTimer(new QTimer(this)) {
     m_pollTimer->setInterval(PollInterval);
-    connect(m_pollTimer, &QTimer::timeout, this, [this] {
-        if (m_services != nullptr) {
-            AskForHost();
-        }
-        Q_EMIT Changed();
-    });
+    connect(m_pollTimer, &QTimer::timeout, this, &TrayWatch::Look);
 }
 
 void TrayWatch::Start() {
+    // Once: the toolkit gives a bus that it does not find at first up for as long as the process lives.
     if (!HasSessionBus()) {
         SetHost(true, false);
         return;
@@ -64,6 +60,14 @@ void TrayWatch::Start() {
     AskForHost();
 }
 
+void TrayWatch::Look() {
+    // A question that is open keeps its time: asked anew at each look, a host that hangs would never be late.
+    if (m_services != nullptr && !m_isAsking) {
+        AskForHost();
+    }
+    Q_EMIT Changed();
+}
+
 void TrayWatch::Stop() {
     m_pollTimer->stop();
     delete m_services;
@@ -71,6 +75,7 @@ void TrayWatch::Stop() {
     delete m_watcher;
     m_watcher = nullptr;
     ++m_question;  // an answer still under way is not heard
+    m_isAsking = false;
 }
 
 void TrayWatch::SetPolling(bool on) {
@@ -104,12 +109,14 @@ void TrayWatch::AskForHost() {
     const auto pending = QDBusConnection::sessionBus().asyncCall(call, AnswerTimeout);
     auto* answer = new QDBusPendingCallWatcher(pending, this);
     const quint64 question = ++m_question;
+    m_isAsking = true;
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer, question] {
         const QDBusPendingReply<QDBusVariant> reply = *answer;
         answer->deleteLater();
         if (question != m_question) {
             return;  // asked again meanwhile
         }
+        m_isAsking = false;
         const bool isSilent = reply.isError() && reply.error().type() == QDBusError::NoReply;
         SetHost(!isSilent, reply.isValid() && reply.value().variant().toBool());
     });

@@ -20,7 +20,8 @@ public:
     /// Begins to look; Changed comes as soon as it is known what there is.
     void Start();
     void Stop();
-    /// A host tells when it comes or goes; an embedding area is looked for every 2 s, while this is on.
+    /// A host tells when it comes or goes. What tells nothing is looked for every 2 s while this is on: an
+    /// embedding area, and a host that hangs, which has 2 s to answer.
     void SetPolling(bool on);
 
     /// Asks the X server now; false where there is none.
@@ -34,6 +35,7 @@ Q_SIGNALS:
     void Changed();
 
 private:
+    void Look();
     void AskForHost();
     void SetHost(bool isKnown, bool isThere);
 
@@ -41,6 +43,7 @@ private:
     QDBusServiceWatcher* m_services = nullptr;
     StatusNotifierWatcher* m_watcher = nullptr;
     quint64 m_question = 0;
+    bool m_isAsking = false;
     bool m_isHostKnown = false;
     bool m_hasHost = false;
 };

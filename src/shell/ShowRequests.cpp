@@ -11,6 +11,10 @@
 ShowRequests::ShowRequests(QWidget& form, const Machine& machine, std::function<void()> onShow)
     : m_form(form), m_machine(machine), m_onShow(std::move(onShow)), m_proc(m_onShow) {}
 
+ShowRequests::~ShowRequests() {
+    m_machine.OneCopy.SetOnShow({});
+}
+
 WindowHandle ShowRequests::Handle() const {
     return static_cast<WindowHandle>(m_form.winId());
 }

@@ -12,6 +12,9 @@ struct Machine;
 class ShowRequests {
 public:
     ShowRequests(QWidget& form, const Machine& machine, std::function<void()> onShow);
+    ~ShowRequests();
+    ShowRequests(const ShowRequests&) = delete;
+    ShowRequests& operator=(const ShowRequests&) = delete;
 
     /// The window gets an entry in the task bar.
     void SetAppWindowStyle();

@@ -11,8 +11,11 @@
 #include "platform_ui/Tray.h"
 
 #include <QEvent>
+#include <QGuiApplication>
 #include <QScopedValueRollback>
+#include <QScreen>
 #include <QWidget>
+#include <QWindow>
 
 #include <utility>
 
@@ -27,6 +30,24 @@ QString ShowText() {
 
 QString CloseText() {
     return QStringLiteral("Close ") + Product::AppTitle;
+}
+
+/// The position of a frame; on the first screen, as a whole if there is room, if its upper edge can be
+/// reached on none: a screen may have gone.
+QPoint PlaceOnScreens(const QRect& frame) {
+    constexpr int EdgeHeight = 24;
+    constexpr QSize Grip(48, 8);  // what a hand needs of it; pixels
+    const QRect edge(frame.left(), frame.top(), frame.width(), EdgeHeight);
+    const QList<QScreen*> screens = QGuiApplication::screens();
+    for (const QScreen* screen : screens) {
+        const QSize seen = (edge & screen->availableGeometry()).size();
+        if (seen.expandedTo(Grip) == seen) {
+            return frame.topLeft();
+        }
+    }
+    const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
+    return {qMax(room.left(), qMin(frame.left(), room.right() + 1 - frame.width())),
+            qMax(room.top(), qMin(frame.top(), room.bottom() + 1 - frame.height()))};
 }
 
 }  // namespace
@@ -68,9 +89,9 @@ void TrayArea::LoadPicture() {
     const QString path =
         FindSuppliedFile(m_machine.Places, m_machine.Files, QStringLiteral("Icons/larkspantray.ico"));
     const QIcon picture = path.isEmpty() ? QIcon() : QIcon(path);
-    m_hasOwnPicture = picture.availableSizes().isEmpty();
-    m_machine.NotificationArea.SetIcon(m_hasOwnPicture ? Icons::Get(QStringLiteral("larkspan-symbolic"))
-                                                       : picture);
+    m_isPictureDrawn = picture.availableSizes().isEmpty();
+    m_machine.NotificationArea.SetIcon(m_isPictureDrawn ? Icons::Get(QStringLiteral("larkspan-symbolic"))
+                                                        : picture);
 }
 
 void TrayArea::RestoreIcons() {
@@ -81,11 +102,15 @@ void TrayArea::RestoreIcons() {
 }
 
 void TrayArea::Close() {
+    m_isClosed = true;
     m_machine.NotificationArea.Close();
     m_machine.NotificationArea.SetHostMenu(nullptr);
 }
 
 void TrayArea::ToTray(bool hide) {
+    if (m_isClosed) {
+        return;
+    }
     if (hide) {
         Hide();
     } else {
@@ -98,20 +123,29 @@ void TrayArea::Hide() {
     if (!m_machine.NotificationArea.IsThere()) {
         m_form.showMinimized();
     } else if (m_form.isVisible()) {
-        m_place = m_form.pos();
+        m_frame = m_form.frameGeometry();
+        m_inFrame = m_form.geometry().topLeft() - m_frame.topLeft();
         m_form.hide();
     }
 }
 
 void TrayArea::Restore() {
     if (!m_form.isVisible()) {
-        // Without this a window manager may look for a new place.
-        if (!m_form.isMaximized() && !m_form.isFullScreen()) {
-            m_form.move(m_place);
-        }
+        AskForPlace();
         m_form.show();
     }
     m_ways.ForceForeground();
+}
+
+void TrayArea::AskForPlace() {
+    QWindow* window = m_form.windowHandle();
+    if (window != nullptr && !m_form.isMaximized() && !m_form.isFullScreen()) {
+        const QPoint place = PlaceOnScreens(m_frame);
+        m_form.move(place);
+        // Without this a window manager looks for a new place: a widget that believes to be there already
+        // asks for nothing.
+        window->setPosition(place + m_inFrame);
+    }
 }
 
 void TrayArea::SetInTray(bool on) {
@@ -122,6 +156,7 @@ void TrayArea::SetInTray(bool on) {
 
 void TrayArea::ComeBackFromLostTray() {
     if (m_isInTray && !m_form.isVisible()) {
+        AskForPlace();
         m_form.showMinimized();
         SetInTray(true);
     }
@@ -167,7 +202,7 @@ bool TrayArea::eventFilter(QObject* watched, QEvent* event) {
         !m_form.isMinimized()) {
         SetInTray(false);
     }
-    if (event->type() == QEvent::ApplicationPaletteChange && m_hasOwnPicture) {
+    if (event->type() == QEvent::ApplicationPaletteChange && m_isPictureDrawn) {
         LoadPicture();
     }
     return false;

@@ -34,13 +34,14 @@ public:
     /// The window's icons, the picture of the tray's icon, and the icon itself.
     void InitTrayIcon();
     void RestoreIcons();
-    /// Takes the icon out of the area for good.
+    /// Takes the icon out of the area for good. From then on the window is neither hidden nor shown here: its
+    /// menu may still be open.
     void Close();
 
     /// Hides the window, or brings it back to the front.
     void ToTray(bool hide);
     [[nodiscard]] bool IsInTray() const { return m_isInTray; }
-    /// The menu of the right button, until an entry is chosen.
+    /// The icon's menu, until an entry is chosen: for the right button, and for a host that asks for it.
     void ShowMenu();
     /// The tray's own way to tell something.
     [[nodiscard]] TrayBalloon* Balloon() const;
@@ -53,6 +54,8 @@ protected:
 private:
     void Hide();
     void Restore();
+    /// Where the window is when it is shown next.
+    void AskForPlace();
     void SetInTray(bool on);
     /// The area has gone while the window may be hidden in it.
     void ComeBackFromLostTray();
@@ -67,8 +70,10 @@ private:
     std::unique_ptr<CIconFixer> m_icons;
     QIcon m_oldLarge;
     QIcon m_oldSmall;
-    QPoint m_place;
+    QRect m_frame;     // where it was when it was hidden
+    QPoint m_inFrame;  // its contents there
     bool m_isInTray = false;
     bool m_isMenuOpen = false;
-    bool m_hasOwnPicture = false;
+    bool m_isClosed = false;
+    bool m_isPictureDrawn = false;
 };

@@ -108,7 +108,12 @@ StepTable frmMain::LoadSteps() {
         {QStringLiteral("SetAdCursor"), [this] { AdCursor = QCursor(Qt::ArrowCursor); }},
         {QStringLiteral("ShowTipOfTheDay"),
          [this] { TipOfDay::ShowIfDue(m_machine, m_context.AppSettings, m_commandLine); }},
-        {QStringLiteral("SubclassMainWindow"), [this] { m_requests->SubclassMainWindow(); }},
+        {QStringLiteral("SubclassMainWindow"),
+         [this] {
+             if (!m_isUnloaded) {  // it may have been closed over the tip of the day
+                 m_requests->SubclassMainWindow();
+             }
+         }},
     };
 }
 
@@ -138,6 +143,9 @@ StepTable frmMain::InitMainWindowSteps() {
 }
 
 void frmMain::ComeForward() {
+    if (m_isUnloaded) {
+        return;
+    }
     if (IsInTray()) {
         ToTray(false);
     }

@@ -99,6 +99,23 @@ TEST(CIconFixer, AMissingFileLeavesTheWindowAsItIs) {
     EXPECT_TRUE(large.isNull());
 }
 
+TEST(CIconFixer, WithoutTheLargeIconTheSmallOneIsSetAndRestored) {
+    const CIconFixer icons(
+        {32, 16}, [](const QString& name) { return name.contains(Q("16x16")) ? Supplied(name) : QString(); });
+    QWidget window;
+    const QIcon own = Plain(20, Qt::red);
+    window.setWindowIcon(own);
+    QIcon large;
+    QIcon small;
+    icons.SetIcons(window, true, true, large, small);
+    EXPECT_TRUE(SizesOf(window.windowIcon()).contains(QSize(16, 16)));
+    EXPECT_TRUE(SizesOf(window.windowIcon()).contains(QSize(20, 20))) << "the large icon stays the window's";
+    EXPECT_TRUE(large.isNull());
+    EXPECT_EQ(small.cacheKey(), own.cacheKey());
+    CIconFixer::RestoreIcons(window, large, small);
+    EXPECT_EQ(window.windowIcon().cacheKey(), own.cacheKey());
+}
+
 TEST(CIconFixer, AFileThatIsNoIconCountsAsMissing) {
     const CIconFixer icons({32, 16}, [](const QString&) { return Q(PACKAGING_FOLDER "/larkspan.desktop"); });
     EXPECT_TRUE(icons.LargeIcon().isNull());

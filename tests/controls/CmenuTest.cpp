@@ -130,8 +130,8 @@ TEST(Cmenu, TextsTellTheEntriesOfASubmenuBehindItsCaption) {
 TEST(Cmenu, DefaultGrayedAndCheckedEntriesLookSo) {
     Cmenu menu;
     menu.AddItem(1, QStringLiteral("Default"), true);
-    menu.AddItem(2, QStringLiteral("Grayed"), false, true);
-    menu.AddItem(3, QStringLiteral("Checked"), false, false, true);
+    menu.AddItem(2, QStringLiteral("Grayed"), false, 0, true);
+    menu.AddItem(3, QStringLiteral("Checked"), false, 0, false, false, true);
     ChoosingDoor door;
     door.OnMenu = [](QMenu& shown) -> QAction* {
         EXPECT_EQ(shown.defaultAction(), shown.actions().at(0));
@@ -139,6 +139,44 @@ TEST(Cmenu, DefaultGrayedAndCheckedEntriesLookSo) {
         EXPECT_FALSE(shown.actions().at(1)->isEnabled());
         EXPECT_TRUE(shown.actions().at(2)->isChecked());
         EXPECT_FALSE(shown.actions().at(1)->isChecked());
+        return nullptr;
+    };
+    EXPECT_EQ(menu.TrackPopup(door, QPoint()), 0);
+}
+
+TEST(Cmenu, ADisabledEntryCannotBeChosen) {
+    Cmenu menu;
+    menu.AddItem(1, QStringLiteral("Disabled"), false, 0, false, true);
+    menu.AddItem(2, QStringLiteral("Enabled"));
+    ChoosingDoor door;
+    door.OnMenu = [](QMenu& shown) -> QAction* {
+        EXPECT_FALSE(shown.actions().at(0)->isEnabled());
+        EXPECT_TRUE(shown.actions().at(1)->isEnabled());
+        return nullptr;
+    };
+    EXPECT_EQ(menu.TrackPopup(door, QPoint()), 0);
+}
+
+TEST(Cmenu, AColumnBreakIsASeparatorInFrontOfItsEntryUnlessThatIsTheFirst) {
+    Cmenu menu;
+    menu.AddItem(1, QStringLiteral("One"), false, Cmenu::ColumnBreak);
+    menu.AddItem(2, QStringLiteral("Two"));
+    menu.AddItem(3, QStringLiteral("Three"), false, Cmenu::ColumnBreak);
+    EXPECT_EQ(menu.Texts(), QStringList({QStringLiteral("One"), QStringLiteral("Two"), QStringLiteral("-"),
+                                         QStringLiteral("Three")}));
+}
+
+TEST(Cmenu, ASubmenuCanBeTheDefaultAndGrayedAndDisabled) {
+    Cmenu menu;
+    menu.AddItem(Cmenu(QStringLiteral("Default")), true);
+    menu.AddItem(Cmenu(QStringLiteral("Grayed")), false, true);
+    menu.AddItem(Cmenu(QStringLiteral("Disabled")), false, false, true);
+    ChoosingDoor door;
+    door.OnMenu = [](QMenu& shown) -> QAction* {
+        EXPECT_EQ(shown.defaultAction(), shown.actions().at(0));
+        EXPECT_TRUE(shown.actions().at(0)->isEnabled());
+        EXPECT_FALSE(shown.actions().at(1)->isEnabled());
+        EXPECT_FALSE(shown.actions().at(2)->isEnabled());
         return nullptr;
     };
     EXPECT_EQ(menu.TrackPopup(door, QPoint()), 0);

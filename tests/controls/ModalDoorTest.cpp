@@ -119,4 +119,42 @@ TEST(ModalDoor, AMenuAnswersWithTheActionChosenOrNone) {
     EXPECT_EQ(ScreenModalDoor().ShowMenu(menu, QPoint(5, 5)), nullptr);
 }
 
+TEST(ModalDoor, InAMenuAndItsSubmenusOnlyTheLeftButtonChooses) {
+    QMenu menu;
+    menu.addAction(QStringLiteral("first"));
+    QMenu* inner = menu.addMenu(QStringLiteral("more"));
+    QAction* inside = inner->addAction(QStringLiteral("inside"));
+    int stayedOpen = 0;
+    QTimer::singleShot(0, &menu, [&] {
+        menu.setActiveAction(inner->menuAction());
+        for (QMenu* shown : {&menu, inner}) {
+            const QPoint entry = shown->actionGeometry(shown->actions().at(0)).center();
+            for (const Qt::MouseButton button : {Qt::RightButton, Qt::MiddleButton}) {
+                QTest::mouseClick(shown, button, Qt::NoModifier, entry);
+                QTest::mouseDClick(shown, button, Qt::NoModifier, entry);
+                stayedOpen += menu.isVisible() && inner->isVisible() ? 1 : 0;
+            }
+        }
+        QTest::mouseClick(inner, Qt::LeftButton, Qt::NoModifier, inner->actionGeometry(inside).center());
+        menu.close();
+    });
+    EXPECT_EQ(ScreenModalDoor().ShowMenu(menu, QPoint(5, 5)), inside);
+    EXPECT_EQ(stayedOpen, 4);
+}
+
+TEST(ModalDoor, APressOutsideAMenuClosesItWhateverTheButton) {
+    for (const Qt::MouseButton button : {Qt::LeftButton, Qt::RightButton, Qt::MiddleButton}) {
+        QMenu menu;
+        menu.addAction(QStringLiteral("first"));
+        bool isClosed = false;
+        QTimer::singleShot(0, &menu, [&] {
+            QTest::mouseClick(&menu, button, Qt::NoModifier, QPoint(-20, -20));
+            isClosed = !menu.isVisible();
+            menu.close();
+        });
+        EXPECT_EQ(ScreenModalDoor().ShowMenu(menu, QPoint(105, 105)), nullptr);
+        EXPECT_TRUE(isClosed) << button;
+    }
+}
+
 }  // namespace

@@ -5,6 +5,8 @@
 #include <QProcessEnvironment>
 #include <QThread>
 
+#include <csignal>
+
 /// The program as a process of its own.
 class Started {
 public:
@@ -88,6 +90,7 @@ public:
     DesktopProcess(const DesktopProcess&) = delete;
     DesktopProcess& operator=(const DesktopProcess&) = delete;
 
+    void Freeze() { ::kill(static_cast<pid_t>(m_process.processId()), SIGSTOP); }
     void Stop() {
         m_process.kill();
         m_process.waitForFinished();
@@ -128,6 +131,7 @@ public:
           Address(m_process.ReadLine()) {
         EXPECT_TRUE(Address.startsWith(QStringLiteral("unix:"))) << Address.toStdString();
     }
+    void Die() { m_process.Stop(); }
 
 private:
     DesktopProcess m_process;
@@ -146,6 +150,8 @@ public:
         m_process.Write(word);
         return m_process.ReadLine();
     }
+    /// It is there, and answers nobody any more.
+    void Freeze() { m_process.Freeze(); }
     void Die() { m_process.Stop(); }
 
 private:

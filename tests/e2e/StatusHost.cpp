@@ -121,6 +121,22 @@ QString StatusHost::Choose(const QString& text) const {
     return QStringLiteral("none");
 }
 
+QString StatusHost::Click(const QString& method) const {
+    QDBusMessage call = QDBusMessage::createMethodCall(m_items.value(0), ItemPath, ItemInterface, method);
+    call.setArguments({1, 1});
+    m_bus.asyncCall(call);
+    return QStringLiteral("done");
+}
+
+void StatusHost::SetHost(bool isThere) {
+    m_hasHost = isThere;
+    if (isThere) {
+        Q_EMIT StatusNotifierHostRegistered();
+    } else {
+        Q_EMIT StatusNotifierHostUnregistered();
+    }
+}
+
 QString StatusHost::Answer(const QString& word) {
     if (word == QStringLiteral("items")) {
         return QString::number(m_items.size());
@@ -129,10 +145,13 @@ QString StatusHost::Answer(const QString& word) {
         return TipOf(ItemProperty(QStringLiteral("ToolTip")).value<QDBusArgument>());
     }
     if (word == QStringLiteral("activate")) {
-        QDBusMessage call = QDBusMessage::createMethodCall(m_items.value(0), ItemPath, ItemInterface,
-                                                           QStringLiteral("Activate"));
-        call.setArguments({1, 1});
-        m_bus.asyncCall(call);
+        return Click(QStringLiteral("Activate"));
+    }
+    if (word == QStringLiteral("contextmenu")) {
+        return Click(QStringLiteral("ContextMenu"));
+    }
+    if (word == QStringLiteral("leave") || word == QStringLiteral("come")) {
+        SetHost(word == QStringLiteral("come"));
         return QStringLiteral("done");
     }
     if (word == QStringLiteral("menu")) {

@@ -11,6 +11,8 @@
 ///   items            how many items there are
 ///   tip              the tip of the first item
 ///   activate         a click on the first item; "done"
+///   contextmenu      a right click on it, by a panel that leaves the menu to the program; "done"
+///   leave, come      the panel goes and comes, while the watcher stays; "done"
 ///   menu             the entries of its menu that show, with "|" between them
 ///   choose TEXT      a click on an entry; "done", or "none" if there is no such entry
 class StatusHost final : public QObject, protected QDBusContext {
@@ -24,7 +26,7 @@ public:
 
     [[nodiscard]] bool Open();
     [[nodiscard]] QStringList Items() const { return m_items; }
-    [[nodiscard]] bool HasHost() const { return true; }
+    [[nodiscard]] bool HasHost() const { return m_hasHost; }
     [[nodiscard]] int Version() const { return 0; }
     [[nodiscard]] QString Answer(const QString& word);
 
@@ -36,13 +38,18 @@ Q_SIGNALS:
     Q_SCRIPTABLE void StatusNotifierItemRegistered(const QString& service);
     Q_SCRIPTABLE void StatusNotifierItemUnregistered(const QString& service);
     Q_SCRIPTABLE void StatusNotifierHostRegistered();
+    Q_SCRIPTABLE void StatusNotifierHostUnregistered();
 
 private:
     [[nodiscard]] QVariant ItemProperty(const QString& name) const;
     /// Text and number of each entry that shows, in order.
     [[nodiscard]] QList<QPair<QString, int>> MenuEntries() const;
+    /// Calls a method of the item with a place on the screen; "done".
+    [[nodiscard]] QString Click(const QString& method) const;
+    void SetHost(bool isThere);
     [[nodiscard]] QString Choose(const QString& text) const;
 
     QDBusConnection m_bus;
     QStringList m_items;
+    bool m_hasHost = true;
 };

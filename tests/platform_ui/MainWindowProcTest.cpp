@@ -31,7 +31,9 @@ struct Proc {
     template <typename Event>
     bool Takes(Event event) {
         qintptr result = -1;
-        return Filter.nativeEventFilter(XcbEvent, &event, &result);
+        const bool isTaken = Filter.nativeEventFilter(XcbEvent, &event, &result);
+        EXPECT_EQ(result, isTaken ? 0 : -1) << "the answer to a message that is taken";
+        return isTaken;
     }
 };
 

@@ -4,14 +4,18 @@
 #include "controls/PopupControl.h"
 #include "platform_ui/Instance.h"
 #include "shell/MainWindow.h"
+#include "shell/ShowRequests.h"
 #include "support/Environment.h"
 
+#include <QCursor>
 #include <QDir>
 #include <QIcon>
 #include <QProcess>
+#include <QScreen>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTimer>
+#include <QWindow>
 
 #include <gtest/gtest.h>
 
@@ -74,12 +78,47 @@ TEST_F(TrayTest, TheWindowComesBackAtItsPlaceAndMaximisedIfItWas) {
     OpenWith(true);
     Form.move(37, 41);
     Form.ToTray(true);
+    Form.windowHandle()->setFramePosition(QPoint(200, 200));  // a place that a window manager found
     Form.ToTray(false);
     EXPECT_EQ(Form.pos(), QPoint(37, 41));
     Form.showMaximized();
     Form.ToTray(true);
     Form.ToTray(false);
     EXPECT_TRUE(Form.isMaximized());
+}
+
+TEST_F(TrayTest, AWindowWhoseScreenIsGoneComesBackOnOneThatIsThere) {
+    OpenWith(true);
+    const QRect room = Form.screen()->availableGeometry();
+    for (const QPoint place : {QPoint(room.right() + 500, 100), QPoint(100, room.top() - 5000),
+                               QPoint(-5000, room.bottom() + 1)}) {
+        Form.move(place);
+        Form.ToTray(true);
+        Form.ToTray(false);
+        EXPECT_GE(Form.frameGeometry().top(), room.top());
+        EXPECT_TRUE(room.contains(Form.frameGeometry().topLeft()))
+            << Form.x() << ',' << Form.y() << " for " << place.x() << ',' << place.y();
+    }
+}
+
+TEST_F(TrayTest, AWindowThatLiesPartlyOutsideTheScreenComesBackWhereItWas) {
+    OpenWith(true);
+    const QPoint place(-100, 60);
+    Form.move(place);
+    Form.ToTray(true);
+    Form.ToTray(false);
+    EXPECT_EQ(Form.pos(), place);
+}
+
+TEST_F(TrayTest, TheWindowThatComesBackMinimisedFromATrayThatDiedHasItsPlace) {
+    OpenWith(true);
+    Form.move(37, 41);
+    Form.ToTray(true);
+    Form.windowHandle()->setFramePosition(QPoint(200, 200));
+    Tray.Lose();
+    ASSERT_TRUE(Form.isMinimized());
+    Form.ToTray(false);
+    EXPECT_EQ(Form.pos(), QPoint(37, 41));
 }
 
 TEST_F(TrayTest, WithoutATrayTheWindowIsMinimisedInstead) {
@@ -157,6 +196,48 @@ TEST_F(TrayTest, TheMenuOfAWindowThatIsShowingHasTheCloseItemOnly) {
     Tray.Events.OnMenu();
     EXPECT_EQ(Window.Machine.Door.Menus.constLast(), QStringList{CloseEntry});
     EXPECT_FALSE(Form.IsUnloaded());
+}
+
+TEST_F(TrayTest, TheMenuStandsAtThePointer) {
+    OpenWith(true);
+    QCursor::setPos(321, 123);
+    Window.Machine.Door.ExpectMenu(QString());
+    Tray.Events.OnMenu();
+    EXPECT_EQ(Window.Machine.Door.MenuPosition, QCursor::pos());
+}
+
+TEST_F(TrayTest, AMenuThatIsOpenIsNotOpenedASecondTime) {
+    OpenWith(true);
+    Window.Machine.Door.ExpectMenu(QString());
+    Window.Machine.Door.OnMenu = [this] { Tray.Events.OnMenu(); };
+    Tray.Events.OnMenu();
+    EXPECT_EQ(Window.Machine.Door.Menus.size(), 1);
+    Window.Machine.Door.OnMenu = {};
+    Window.Machine.Door.ExpectMenu(QString());
+    Tray.Events.OnMenu();
+    EXPECT_EQ(Window.Machine.Door.Menus.size(), 2) << "the next one comes";
+}
+
+TEST_F(TrayTest, ShowInAMenuThatWasOpenWhenTheWindowCameBackLeavesItInFront) {
+    OpenWith(true);
+    Form.ToTray(true);
+    Window.Machine.Door.ExpectMenu(ShowEntry);
+    Window.Machine.Door.OnMenu = [this] { Window.Machine.OneCopy.OnShow(); };
+    Tray.Events.OnMenu();
+    EXPECT_FALSE(Form.IsInTray());
+    EXPECT_TRUE(Form.isVisible());
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&Form));
+}
+
+TEST_F(TrayTest, ShowInAMenuThatWasOpenWhenTheTrayDiedBringsTheWindowBack) {
+    OpenWith(true);
+    Form.ToTray(true);
+    Window.Machine.Door.ExpectMenu(ShowEntry);
+    Window.Machine.Door.OnMenu = [this] { Tray.Lose(); };
+    Tray.Events.OnMenu();
+    EXPECT_FALSE(Form.IsInTray());
+    EXPECT_TRUE(Form.isVisible());
+    EXPECT_FALSE(Form.isMinimized());
 }
 
 TEST_F(TrayTest, TheMenuInTheTrayHasShowAndCloseAndShowBringsTheWindowBack) {
@@ -303,6 +384,14 @@ TEST_F(TrayTest, WithoutThePictureTheIconIsADrawingInTheColourOfTheText) {
     Look::Apply(Q("light"));
 }
 
+TEST_F(TrayTest, APictureThatIsDamagedIsReplacedByTheDrawing) {
+    const QString folder = Window.Machine.Office.Folders.ApplicationFolder() + Q("Icons");
+    QDir().mkpath(folder);
+    ASSERT_TRUE(Window.Machine.Office.Files.Replace(folder + Q("/larkspantray.ico"), "no icon at all"));
+    OpenWith(true);
+    EXPECT_FALSE(Tray.Icon.pixmap(QSize(32, 32)).isNull());
+}
+
 TEST_F(TrayTest, TheWindowGetsItsOwnIconsAndLosesThemAtTheEnd) {
     Supply(Q("larkspan32x32x256.ico"));
     Supply(Q("larkspan16x16x256.ico"));
@@ -336,6 +425,32 @@ TEST_F(TrayTest, ASecondStartLeavesAWindowThatIsInFrontAsItIs) {
     Window.Machine.OneCopy.OnShow();
     EXPECT_TRUE(Form.isActiveWindow());
     EXPECT_EQ(Window.Machine.Desktop.Calls, QStringList());
+}
+
+TEST_F(TrayTest, NothingBringsTheWindowBackAfterItWasClosed) {
+    OpenWith(true);
+    Window.Machine.Door.ExpectMenu(ShowEntry);
+    Form.ToTray(true);
+    Window.Machine.Door.OnMenu = [this] { Form.close(); };  // a host's menu, meanwhile
+    Tray.Events.OnMenu();
+    EXPECT_TRUE(Form.IsUnloaded());
+    EXPECT_FALSE(Form.isVisible());
+    Form.ToTray(false);
+    EXPECT_FALSE(Form.isVisible());
+}
+
+TEST_F(TrayTest, AWindowInFrontIsToldApartFromOneThatHasToBeBroughtThere) {
+    OpenWith(true);
+    ShowRequests requests(Form, Window.Seams, [] {});
+    Window.Machine.Desktop.Calls.clear();
+    EXPECT_TRUE(requests.ForceForeground());
+    EXPECT_EQ(Window.Machine.Desktop.Calls, QStringList()) << "nothing is changed";
+    Form.showMinimized();
+    EXPECT_FALSE(requests.ForceForeground()) << "the desktop knows no such window";
+    Window.Machine.Desktop.Add(static_cast<WindowHandle>(Form.winId()), Q("form"), Q("title"));
+    Form.showMinimized();
+    EXPECT_TRUE(requests.ForceForeground());
+    EXPECT_FALSE(Form.isMinimized());
 }
 
 TEST_F(TrayTest, WithoutAnXServerASecondProcessReachesTheHiddenWindowThroughTheLocalSocket) {

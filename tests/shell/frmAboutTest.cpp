@@ -4,6 +4,7 @@
 #include "shell/frmSplash.h"
 
 #include <QLabel>
+#include <QPushButton>
 
 #include <gtest/gtest.h>
 
@@ -12,6 +13,18 @@ namespace {
 QString Q(const char* text) {
     return QString::fromLatin1(text);
 }
+
+/// Counts how often a widget is painted.
+class PaintCount final : public QObject {
+public:
+    int Count = 0;
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override {
+        Count += event->type() == QEvent::Paint ? 1 : 0;
+        return false;
+    }
+};
 
 QString TextOf(const QWidget& form, const char* name) {
     const auto* label = form.findChild<QLabel*>(Q(name));
@@ -51,6 +64,26 @@ TEST(FrmAbout, AClickOnTheManufacturerOpensTheHomePage) {
     EXPECT_TRUE(form.isVisible());
 }
 
+TEST(FrmAbout, EnterAndSpaceOnTheManufacturerOpenTheHomePageToo) {
+    FakeWeb web;
+    frmAbout form(2026, Q("4.5.6"), 12, web);
+    form.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
+    auto* link = form.findChild<QPushButton*>(Q("lblManufacturer"));
+    auto* close = form.findChild<QPushButton*>(Q("cmdClose"));
+    EXPECT_TRUE(close->hasFocus()) << "what Enter presses at first";
+    EXPECT_TRUE(close->isDefault());
+    link->setFocus();
+    QTest::keyClick(link, Qt::Key_Return);
+    QTest::keyClick(link, Qt::Key_Space);
+    EXPECT_EQ(web.Opened.size(), 2);
+    EXPECT_TRUE(form.isVisible());
+    close->setFocus();
+    QTest::keyClick(close, Qt::Key_Return);
+    EXPECT_EQ(web.Opened.size(), 2);
+    EXPECT_FALSE(form.isVisible());
+}
+
 TEST(FrmAbout, TheCloseButtonAndEscapeClose) {
     FakeWeb web;
     frmAbout form(2026, Q("4.5.6"), 12, web);
@@ -78,4 +111,19 @@ TEST(FrmAbout, TheAboutButtonShowsItModallyOverTheMainWindow) {
     EXPECT_EQ(window.Machine.Door.Owner, window.Form.get());
     EXPECT_EQ(window.Machine.Office.Pump.Calls, QList<int>{2});
     EXPECT_EQ(window.Machine.Web.Opened, QStringList());
+}
+
+TEST(FrmAbout, AfterItTheMainWindowIsPaintedBeforeEventsArePassedOn) {
+    MainWindow window;
+    window.Open();
+    PaintCount paints;
+    int atPump = 0;
+    window.Machine.Door.ExpectDialog([&](QDialog& dialog) {
+        QCoreApplication::processEvents();
+        window.Form->installEventFilter(&paints);
+        window.Machine.Office.Pump.OnProcess = [&](int) { atPump = paints.Count; };
+        dialog.hide();
+    });
+    QTest::mouseClick(window.Find("cmdAbout"), Qt::LeftButton);
+    EXPECT_EQ(atPump, 1);
 }

@@ -133,13 +133,40 @@ TEST(FrmMain, ShowAlertShowsAndHidesTheWarningAndAClickTakesItAway) {
 
 TEST(FrmMain, AWarningSetWhileTheWindowIsAwayIsWaitingWhenItReturns) {
     MainWindow window;
+    window.Machine.Tray.HasArea = true;
     window.Open();
     window.Form->ToTray(true);
+    EXPECT_FALSE(window.Form->isVisible());
     EXPECT_TRUE(window.Form->IsInTray());
     window.Form->ShowAlert(true);
     window.Form->ToTray(false);
     EXPECT_FALSE(window.Form->IsInTray());
     EXPECT_TRUE(window.Find("lblFailureWarning")->isVisible());
+}
+
+TEST(FrmMain, ClosedOverTheTipOfTheDayItHearsNoSecondStartAndIsNotShown) {
+    MainWindow window;
+    window.Machine.Tray.HasArea = true;
+    ASSERT_TRUE(window.Machine.Office.Files.Replace(
+        window.Machine.Office.Folders.ApplicationFolder() + Q("tips.txt"), "Drag a name.\r\n"));
+    window.Machine.Door.ExpectDialog([&window](QDialog& dialog) {
+        window.Machine.Tray.HostMenu->actions().constLast()->trigger();
+        dialog.hide();
+    });
+    window.Form->Load();
+    EXPECT_TRUE(window.Form->IsUnloaded());
+    EXPECT_TRUE(window.Machine.LogLines().contains(Q("Application Terminated")));
+    EXPECT_FALSE(window.Machine.OneCopy.OnShow);
+    window.Form->ToTray(false);
+    EXPECT_FALSE(window.Form->isVisible());
+}
+
+TEST(FrmMain, WhenItIsGoneNobodyHearsASecondStart) {
+    MainWindow window;
+    window.Open();
+    ASSERT_TRUE(window.Machine.OneCopy.OnShow);
+    window.Form = nullptr;
+    EXPECT_FALSE(window.Machine.OneCopy.OnShow);
 }
 
 TEST(FrmMain, ASecondStartBringsAMinimisedWindowBackToTheFront) {

@@ -26,6 +26,8 @@ public:
     /// The owner and position given with the last of each.
     QWidget* Owner = nullptr;
     QPoint MenuPosition;
+    /// Runs while a menu is open, before its entry is chosen.
+    std::function<void()> OnMenu;
 
     ~RecordingDoor() override {
         EXPECT_TRUE(m_dialogAnswers.isEmpty())
@@ -63,6 +65,9 @@ public:
             return nullptr;
         }
         m_menuAnswers.removeFirst();
+        if (OnMenu) {
+            OnMenu();
+        }
         EXPECT_TRUE(choice.isEmpty() || chosen != nullptr) << "no such entry: " << choice.toStdString();
         return chosen;
     }
