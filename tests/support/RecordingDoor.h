@@ -26,6 +26,8 @@ public:
     /// The owner and position given with the last of each.
     QWidget* Owner = nullptr;
     QPoint MenuPosition;
+    /// Runs while a menu stands.
+    std::function<void()> OnMenu;
 
     ~RecordingDoor() override {
         EXPECT_TRUE(m_dialogAnswers.isEmpty())
@@ -58,6 +60,9 @@ public:
         Read(menu, QString(), choice, texts, chosen);
         Menus.append(texts);
         MenuPosition = position;
+        if (OnMenu) {
+            OnMenu();
+        }
         if (m_menuAnswers.isEmpty()) {
             ADD_FAILURE() << "unexpected menu: " << texts.join(u'|').toStdString();
             return nullptr;
