@@ -3,6 +3,7 @@
 #include "controls/ReportControl.h"
 #include "shell/MainWindow.h"
 #include "shell/StatusPoll.h"
+#include "support/PaintCount.h"
 #include "support/RawDatabase.h"
 #include "tracking/frmHistory.h"
 
@@ -103,19 +104,6 @@ TEST_F(HistoryOpeningTest, WhenItHasClosedFourPassesRunAndOnlyThenIsTheProgramId
     EXPECT_EQ(passes, (QList<std::pair<int, qint32>>{{4, 6}}));
     EXPECT_TRUE(Window.Context.AppBusyState.IsIdle());
 }
-
-/// Counts how often a window is painted.
-class PaintCount final : public QObject {
-public:
-    explicit PaintCount(QWidget& window) { window.installEventFilter(this); }
-    int Count = 0;
-
-protected:
-    bool eventFilter(QObject*, QEvent* event) override {
-        Count += event->type() == QEvent::Paint ? 1 : 0;
-        return false;
-    }
-};
 
 TEST_F(HistoryOpeningTest, TheMainWindowIsRepaintedBehindThePasswordAndBeforeTheHistory) {
     SetPublicPassword(QStringLiteral("lark"));

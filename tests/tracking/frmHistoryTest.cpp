@@ -1,6 +1,7 @@
 #include "tracking/frmHistory.h"
 
 #include "controls/Icons.h"
+#include "support/PaintCount.h"
 #include "support/RawDatabase.h"
 #include "tracking/HistoryBench.h"
 
@@ -277,19 +278,6 @@ TEST_F(HistoryWindow, APassWithNothingNewRepaintsNothing) {
     EXPECT_EQ(changes.count(), 0);
     EXPECT_EQ(resets.count(), 0);
 }
-
-/// Counts the times that something was painted.
-class PaintCount final : public QObject {
-public:
-    explicit PaintCount(QWidget& watched) { watched.installEventFilter(this); }
-    int Count = 0;
-
-protected:
-    bool eventFilter(QObject*, QEvent* event) override {
-        Count += event->type() == QEvent::Paint ? 1 : 0;
-        return false;
-    }
-};
 
 TEST_F(HistoryWindow, ATickWithNothingNewPaintsNothingAtAllInEitherMode) {
     for (const bool isPublic : {false, true}) {
