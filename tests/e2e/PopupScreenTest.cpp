@@ -68,6 +68,18 @@ TEST_F(PopupOnTheScreen, ItStandsAboveAWindowThatComesUpLaterAndLeavesItTheKeybo
     EXPECT_EQ(RealInput::Output({Q("getactivewindow")}), QString::number(other.winId()));
 }
 
+TEST_F(PopupOnTheScreen, AWindowThatIsPutAboveItPastTheWindowManagerStaysThereForAMoment) {
+    m_popup.Show();
+    Driver::WaitFor(Q("the popup"), [this] { return IsSeen(); });
+    QWidget cover(nullptr, Qt::X11BypassWindowManagerHint);
+    cover.setGeometry(m_popup.geometry().adjusted(-20, -20, 5, 5));
+    cover.show();
+    cover.raise();
+    Driver::WaitFor(Q("the popup covered"), [this] { return !IsSeen(); });
+    Driver::WaitFor(
+        Q("the popup above it"), [this] { return IsSeen(); }, 5);
+}
+
 TEST_F(PopupOnTheScreen, ItStandsInTheCornerOfTheTrayAndWithoutOneInTheLowerRight) {
     const QRect screen = QGuiApplication::primaryScreen()->geometry();
     m_popup.Show();
