@@ -4,6 +4,7 @@
 #include "app/RealMachine.h"
 #include "core/Product.h"
 #include "platform/Folders.h"
+#include "platform_ui/SilentBus.h"
 #include "shell/Application.h"
 #include "shell/Look.h"
 #include "shell/MainScreens.h"
@@ -45,6 +46,7 @@ int main(int argc, char** argv) {
     }
 
     CompleteEnvironment();
+    PassOverSilentSessionBus();
     Application application(argc, argv);
     Look::Apply(commandLine.Palette);
     RealMachine real;

@@ -56,8 +56,8 @@ bool IsKey(QEvent::Type type) {
 
 }  // namespace
 
-InputGate::InputGate(QWidget& window, EventPump& pump)
-    : m_window(window), m_pump(pump), m_pointer(window, Qt::BusyCursor) {
+InputGate::InputGate(QWidget& window, EventPump& pump, Closing closing)
+    : m_window(window), m_pump(pump), m_closing(closing), m_pointer(window, Qt::BusyCursor) {
     // A button that is held down now would otherwise click when it is released behind the gate.
     const QList<QAbstractButton*> buttons = window.findChildren<QAbstractButton*>();
     for (QAbstractButton* button : buttons) {
@@ -72,7 +72,7 @@ InputGate::~InputGate() {
 
 bool InputGate::eventFilter(QObject* watched, QEvent* event) {
     const Reaction reaction = ReactionTo(event->type());
-    if (reaction == Reaction::Pass) {
+    if (reaction == Reaction::Pass || (event->type() == QEvent::Close && m_closing == Closing::Let)) {
         return false;
     }
     // The toolkit's own bookkeeping of mouse buttons happens in the native window, so mouse events are let

@@ -3,11 +3,12 @@
 #include "controls/PopupPlace.h"
 
 #include <QAccessible>
-#include <QGuiApplication>
+#include <QApplication>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScreen>
 #include <QTimer>
+#include <QWindow>
 
 #include <algorithm>
 
@@ -138,6 +139,7 @@ void PopupControl::Show() {
     MoveToCorner();
     setAccessibleName(Captions().join(QStringLiteral(", ")));
     show();
+    windowHandle()->installEventFilter(this);
     raise();
     m_showTimer->start();
     m_raiseTimer->start();
@@ -187,4 +189,14 @@ void PopupControl::mouseReleaseEvent(QMouseEvent* event) {
     if (rect().contains(event->position().toPoint())) {
         Q_EMIT ItemClicked();
     }
+}
+
+bool PopupControl::eventFilter(QObject* watched, QEvent* event) {
+    // A modal dialog keeps the mouse from the widget, but not from a native window of this kind.
+    if (watched == windowHandle() && event->type() == QEvent::MouseButtonRelease &&
+        QApplication::activeModalWidget() != nullptr) {
+        mouseReleaseEvent(static_cast<QMouseEvent*>(event));
+        return true;
+    }
+    return QWidget::eventFilter(watched, event);
 }

@@ -13,7 +13,8 @@
 class QTimer;
 
 /// A small window in a corner of the screen, above all other windows, that never takes the focus. It goes by
-/// itself after a while; a click on it is told, and whoever is told closes it.
+/// itself after a while; a click on it is told, also while a dialog is open that keeps the user from all
+/// other windows, and whoever is told closes it.
 class PopupControl final : public QWidget, public PopupSurface {
     Q_OBJECT
 public:
@@ -46,6 +47,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     class Line;

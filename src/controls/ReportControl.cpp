@@ -127,7 +127,10 @@ void ReportControl::Restore(const QList<const ReportRecord*>& selected, const Re
     }
     const int currentRow = RowOf(current);
     if (currentRow >= 0) {
+        // The cursor goes with its record, and the view stays: nobody has moved the cursor.
+        setAutoScroll(false);
         selectionModel()->setCurrentIndex(m_model->index(currentRow, 0), QItemSelectionModel::NoUpdate);
+        setAutoScroll(true);
     }
     selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
     const int topRow = RowOf(top);

@@ -27,6 +27,9 @@ QColor ReportPaint::BackColourOn(const QColor& ground, const QColor& colour) {
 
 void ReportPaint::DrawLine(QPainter& painter, const QRect& rect, int flags, const QString& text,
                            const QColor& colour) {
+    if (rect.width() <= 0) {
+        return;
+    }
     painter.setPen(colour);
     const QString line = painter.fontMetrics().elidedText(text, Qt::ElideRight, rect.width());
     painter.drawText(rect, flags | Qt::TextSingleLine, line);

@@ -99,22 +99,39 @@ ReportPrinter::Sheet ReportPrinter::Measure(QPainter& painter) const {
     sheet.RowHeight = std::max(lines, qRound(ReportControl::ImageSide * scale)) + qRound(sheet.Line * RowGap);
     sheet.RowsPerPage = std::max(1, (page.height() - sheet.HeadHeight) / sheet.RowHeight);
     sheet.Pages = std::max(1, (m_grid.RowCount() + sheet.RowsPerPage - 1) / sheet.RowsPerPage);
-    int left = 0;
-    const QHeaderView& header = *m_grid.header();
-    for (int column = 0; column < header.count(); ++column) {
-        sheet.Left.append(left);
-        left = std::min(sheet.Width, left + qRound(header.sectionSize(column) * scale));
-    }
-    sheet.Left.append(sheet.Width);
+    sheet.Left = ColumnEdges(sheet.Width, scale);
     return sheet;
+}
+
+QList<int> ReportPrinter::ColumnEdges(int width, double scale) const {
+    const QHeaderView& header = *m_grid.header();
+    const int last = header.count() - 1;
+    if (last < 0) {
+        return {0, width};
+    }
+    const double others = (header.length() - header.sectionSize(last)) * scale;
+    // The last one takes what is left, and never less than an equal share, unless it is content with that.
+    const double leastOfLast =
+        std::min(header.sectionSize(last) * scale, static_cast<double>(width) / header.count());
+    const double shrink = others > width - leastOfLast ? (width - leastOfLast) / others : 1.0;
+    QList<int> edges = {0};
+    double left = 0;
+    for (int column = 0; column < last; ++column) {
+        left += header.sectionSize(column) * scale * shrink;
+        edges.append(qRound(left));
+    }
+    edges.append(width);
+    return edges;
 }
 
 void ReportPrinter::DrawHead(QPainter& painter, const Sheet& sheet, int page) const {
     const QFont plain = painter.font();
     QFont bold = plain;
     bold.setBold(true);
+    const QString number = QStringLiteral("Page %1 of %2").arg(page + 1).arg(sheet.Pages);
+    const int numberWidth = painter.fontMetrics().horizontalAdvance(number) + 1;
     painter.setFont(bold);
-    const QRect title(0, 0, sheet.Width, sheet.Line);
+    const QRect title(0, 0, sheet.Width - numberWidth - sheet.Line, sheet.Line);
     ReportPaint::DrawLine(painter, title, Qt::AlignLeft, m_title, Ink);
     for (int column = 0; column + 1 < sheet.Left.size(); ++column) {
         const QRect cell(sheet.Left[column], sheet.Line * 2, sheet.Left[column + 1] - sheet.Left[column],
@@ -123,8 +140,8 @@ void ReportPrinter::DrawHead(QPainter& painter, const Sheet& sheet, int page) co
                               m_grid.ColumnCaption(column), Ink);
     }
     painter.setFont(plain);
-    ReportPaint::DrawLine(painter, title, Qt::AlignRight,
-                          QStringLiteral("Page %1 of %2").arg(page + 1).arg(sheet.Pages), Ink);
+    ReportPaint::DrawLine(painter, QRect(sheet.Width - numberWidth, 0, numberWidth, sheet.Line),
+                          Qt::AlignRight, number, Ink);
     painter.setPen(QPen(Rule, sheet.Pixel));
     const int rule = sheet.Line * 3 + sheet.Line / 2;
     painter.drawLine(0, rule, sheet.Width, rule);
@@ -132,7 +149,7 @@ void ReportPrinter::DrawHead(QPainter& painter, const Sheet& sheet, int page) co
 
 void ReportPrinter::DrawRow(QPainter& painter, const Sheet& sheet, const ReportRecord& record,
                             int top) const {
-    const int imageSide = std::min(sheet.RowHeight, ReportControl::ImageSide * sheet.Pixel);
+    const int rowImage = std::min(sheet.RowHeight, ReportControl::ImageSide * sheet.Pixel);
     int indent = 0;
     bool isLeading = true;
     for (int column = 0; column < record.Items.size() && column + 1 < sheet.Left.size(); ++column) {
@@ -142,6 +159,7 @@ void ReportPrinter::DrawRow(QPainter& painter, const Sheet& sheet, const ReportR
         indent = isLeading ? sheet.Left[column + 1] : indent;
         const QIcon image = m_grid.Image(item.Icon);
         if (!image.isNull()) {
+            const int imageSide = std::min(rowImage, width);
             QRect place(0, 0, imageSide, imageSide);
             place.moveCenter(QRect(sheet.Left[column], top, width, sheet.RowHeight).center());
             image.paint(&painter, place);

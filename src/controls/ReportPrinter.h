@@ -11,7 +11,8 @@ class ReportControl;
 struct ReportRecord;
 
 /// Puts the rows of a ReportControl on paper: a title and the page number on each page, the column heads
-/// under it, no row torn in two. Whatever the colours of the screen are, paper is white.
+/// under it, no row torn in two. Columns are as wide as on the screen; where the paper is too narrow for that
+/// they give way, and texts end in an ellipsis. Whatever the colours of the screen are, paper is white.
 class ReportPrinter {
 public:
     /// The control outlives it.
@@ -27,6 +28,8 @@ private:
     struct Sheet;
 
     [[nodiscard]] Sheet Measure(QPainter& painter) const;
+    /// The left edge of each column, and the right end of the last, on paper of this width.
+    [[nodiscard]] QList<int> ColumnEdges(int width, double scale) const;
     void DrawHead(QPainter& painter, const Sheet& sheet, int page) const;
     void DrawRow(QPainter& painter, const Sheet& sheet, const ReportRecord& record, int top) const;
 

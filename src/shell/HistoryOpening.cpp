@@ -36,8 +36,9 @@ void HistoryOpening::Open() {
 }
 
 void HistoryOpening::ShowHistory() {
-    // The first pass may wait for the outbox and lets events run meanwhile; nothing else starts then.
-    std::optional<InputGate> gate(std::in_place, m_parts.Form, m_machine.Pump);
+    // The first pass may wait for the outbox and lets events run meanwhile; nothing else starts then. The
+    // program can be ended all the same: a prompt may be open here for as long as nobody answers it.
+    std::optional<InputGate> gate(std::in_place, m_parts.Form, m_machine.Pump, InputGate::Closing::Let);
     frmHistory history({m_context.Outbox, m_context.History, m_context.MessageTracker, m_parts.Host,
                         m_machine.Door, m_machine.Boxes, m_machine.Pump, m_machine.Time},
                        &m_parts.Form);
@@ -47,6 +48,9 @@ void HistoryOpening::ShowHistory() {
         if (isOpen) {
             history.SetIsPublic(true);
         }
+    }
+    if (m_parts.IsUnloaded()) {
+        return;
     }
     history.LoadHistory();
     gate.reset();

@@ -37,10 +37,10 @@ public:
     /// these. Returns how many of them count as failures: canceled, and not delivered. Ignores failures.
     qint16 PopupNotify(MessageTracker& tracker) override;
     /// One message: its image, and three lines with the recipient, with number and delivery time ("HH:NN" or
-    /// empty), and with the start of the text.
+    /// empty), and with the start of the text. A popup is set.
     void AddPopupLine(qint32 status, const QString& recipient, const QString& number,
                       const QString& deliveryTime, const QString& text);
-    /// A line between two messages.
+    /// A line between two messages. A popup is set, and has an item.
     void AddDelimiter();
 
     /// Shows the first final message in a balloon of the tray and clears its slot. Always 0.

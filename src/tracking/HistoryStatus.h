@@ -22,8 +22,8 @@ inline constexpr int ImageCount = 9;
 /// has the last one.
 [[nodiscard]] int StatusIcon(qint32 status);
 
-/// The sentence. A delivery time before 31 December 1899 counts as none; of the delivery status the lowest
-/// byte is shown, in hexadecimal.
+/// The sentence. A delivery time up to the beginning of 30 December 1899, day 0, counts as none; of the
+/// delivery status the lowest byte is shown, in hexadecimal.
 [[nodiscard]] QString StatusSentence(const MessageState& state);
 
 /// True for a message that was canceled (2), could not be sent (4) or was not delivered (7).

@@ -78,8 +78,8 @@ public:
     /// Empty for a null, otherwise "HH:NN".
     [[nodiscard]] static QString FormatTime(const QVariant& value);
 
-    /// Enabled, PlaySound and RefreshInterval from the section Notify, and back. An interval beyond 16 bits
-    /// leaves the present one.
+    /// Enabled, PlaySound, RefreshInterval, UseDesktopNotices and ShowDetailsOnDesktop from the section
+    /// Notify, and back. An interval beyond 16 bits leaves the present one.
     void LoadSettings();
     void SaveSettings();
 

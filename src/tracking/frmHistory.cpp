@@ -17,6 +17,7 @@
 #include "tracking/HistoryHost.h"
 #include "tracking/MessageTracker.h"
 
+#include <QCloseEvent>
 #include <QHBoxLayout>
 #include <QPushButton>
 #include <QScopedValueRollback>
@@ -43,6 +44,22 @@ QString WithoutEnd(const QString& text, const QString& end) {
 }
 
 }  // namespace
+
+/// A piece of work that lets events run; the window outlasts it.
+class frmHistory::Work {
+public:
+    explicit Work(frmHistory& form) : m_form(form) { ++m_form.m_works; }
+    ~Work() {
+        if (--m_form.m_works == 0 && std::exchange(m_form.m_isCloseWanted, false)) {
+            m_form.hide();
+        }
+    }
+    Work(const Work&) = delete;
+    Work& operator=(const Work&) = delete;
+
+private:
+    frmHistory& m_form;
+};
 
 frmHistory::frmHistory(const HistoryServices& services, QWidget* parent)
     : QDialog(parent),
@@ -83,7 +100,6 @@ QPushButton* frmHistory::NewButton(const QString& name, const QString& text, con
     button->setObjectName(name);
     button->setToolTip(toolTip);
     button->setAccessibleName(QString(text).remove(u'&'));
-    button->setAutoDefault(false);
     return button;
 }
 
@@ -106,7 +122,7 @@ void frmHistory::Connect() {
     connect(m_cmdPrint, &QAbstractButton::clicked, this, [this] {
         Trap([this] { m_rptHistory->Print(m_services.Door, Text::Trim(windowTitle()), true); });
     });
-    connect(m_cmdClose, &QAbstractButton::clicked, this, &QWidget::hide);
+    connect(m_cmdClose, &QAbstractButton::clicked, this, &frmHistory::Leave);
     connect(m_tmrUpdate, &QTimer::timeout, this, &frmHistory::Tick);
     connect(m_rptHistory, &ReportControl::RowSelectionChanged, this, &frmHistory::EnableCancel);
     connect(m_rptHistory, &ReportControl::ContextMenuRequested, this, &frmHistory::ShowRowMenu);
@@ -114,9 +130,31 @@ void frmHistory::Connect() {
         if (record != nullptr) {
             const QString text = record->PreviewText;
             Trap([&] { m_services.Host.SetMessageText(text); });
-            hide();
+            Leave();
         }
     });
+}
+
+void frmHistory::Leave() {
+    if (m_works > 0) {
+        m_isCloseWanted = true;
+    } else {
+        hide();
+    }
+}
+
+void frmHistory::reject() {
+    Leave();
+}
+
+void frmHistory::closeEvent(QCloseEvent* event) {
+    // The user's click on the frame can wait; a program that ends closes its windows by itself.
+    if (event->spontaneous()) {
+        Leave();
+        event->setAccepted(!isVisible());
+    } else {
+        hide();
+    }
 }
 
 void frmHistory::SetIsPublic(bool isPublic) {
@@ -151,6 +189,7 @@ void frmHistory::LoadHistory() {
 }
 
 void frmHistory::Tick() {
+    const Work work(*this);
     UpdateHistory(false);
     m_services.Pump.Process(PassesAfterLoad);
     if (!m_isUpdateOver) {
@@ -162,6 +201,7 @@ void frmHistory::UpdateHistory(bool initial) {
     if (m_isUpdating) {
         return;
     }
+    const Work work(*this);
     {
         const QScopedValueRollback<bool> updating(m_isUpdating, true);
         if (!m_pointer.has_value()) {
@@ -176,7 +216,7 @@ void frmHistory::UpdateHistory(bool initial) {
     }
     EnableCancel();
     // Nobody is asked who has closed the window meanwhile.
-    if (std::exchange(m_isCancelWanted, false) && isVisible()) {
+    if (std::exchange(m_isCancelWanted, false) && isVisible() && !m_isCloseWanted) {
         DoCancel();
     }
 }
@@ -216,6 +256,7 @@ void frmHistory::DoCancel() {
         (messageIDs.size() > 1 ? QStringLiteral("s") : QString());
     if (m_services.Boxes.Show({Product::AppTitle, question, BoxIcon::Question, BoxButtons::YesNo}) ==
         BoxAnswer::Yes) {
+        const Work work(*this);
         const QScopedValueRollback<bool> canceling(m_isCanceling, true);
         CancelMessages(messageIDs);
         UpdateHistory(false);
@@ -280,7 +321,7 @@ void frmHistory::ShowRowMenu(const QPoint& point) {
     } else if (chosen == MenuNewMessage) {
         Trap([&] { m_services.Host.SetMessageText(text); });
         Trap([this] { m_services.Host.UpdateStateDisplay(); });
-        hide();
+        Leave();
     }
 }
 

@@ -36,8 +36,12 @@ struct HistoryServices {
 /// history.sms. Public history: the newest 100 of the whole outbox, with who sent them.
 ///
 /// cmdCancel is on offer while a selected message is pending; that is looked at after each pass too, since
-/// the gateway may have taken it. Enter closes: taking a text back replaces the message, which wants a double
-/// click or the menu.
+/// the gateway may have taken it. Enter presses the button that has the focus and elsewhere closes: taking a
+/// text back replaces the message, which wants a double click or the menu.
+///
+/// While a pass or a cancel waits for the outbox the window stays, and with it the main window takes no
+/// input: a send in the middle of it would take the outbox away. Who closes it meanwhile is obeyed when the
+/// work is over; only the end of the program does not wait.
 class frmHistory final : public QDialog {
     Q_OBJECT
 public:
@@ -66,7 +70,17 @@ public:
     /// through.
     void UpdateHistory(bool initial);
 
+    /// Esc.
+    void reject() override;
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
 private:
+    class Work;
+
+    /// Hides the window, at once or when the work is over that runs.
+    void Leave();
     [[nodiscard]] QPushButton* NewButton(const QString& name, const QString& text, const QString& toolTip);
     void Lay();
     void Connect();
@@ -89,6 +103,8 @@ private:
     QTimer* m_tmrUpdate;
     HistoryRows m_rows;
     std::optional<WaitCursor> m_pointer;
+    int m_works = 0;  // that run, one inside the other
+    bool m_isCloseWanted = false;
     bool m_isUpdating = false;
     bool m_isCanceling = false;
     bool m_isCancelWanted = false;  // pressed in the middle of a pass

@@ -8,14 +8,6 @@
 
 #include <gtest/gtest.h>
 
-namespace {
-
-QString Q(const char* text) {
-    return QString::fromLatin1(text);
-}
-
-}  // namespace
-
 TEST(EntryRoutine, HasNineteenStepsInThisOrder) {
     TestMachine machine;
     Start start(machine);

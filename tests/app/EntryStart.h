@@ -6,6 +6,10 @@
 #include "app/RecordingScreens.h"
 #include "app/TestMachine.h"
 
+[[nodiscard]] inline QString Q(const char* text) {
+    return QString::fromLatin1(text);
+}
+
 /// One start of the program on a machine.
 struct Start {
     explicit Start(TestMachine& machine, const QStringList& arguments = {})

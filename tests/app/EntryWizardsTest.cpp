@@ -6,14 +6,6 @@
 
 #include <gtest/gtest.h>
 
-namespace {
-
-QString Q(const char* text) {
-    return QString::fromLatin1(text);
-}
-
-}  // namespace
-
 TEST(EntryRoutine, AFirstRunWithoutSettingsRunsTheSetupWizard) {
     TestMachine machine;
     Start start(machine);

@@ -2,8 +2,11 @@
 
 #include "controls/PopupPlace.h"
 
+#include <QApplication>
+#include <QDialog>
 #include <QSignalSpy>
 #include <QTest>
+#include <QWindow>
 
 #include <gtest/gtest.h>
 
@@ -90,11 +93,35 @@ TEST_F(PopupControlTest, ItGoesAfterItsTime) {
 TEST_F(PopupControlTest, AClickIsToldAndClosesNothingByItself) {
     QSignalSpy clicks(&Popup, &PopupControl::ItemClicked);
     Popup.Show();
-    QTest::mouseClick(&Popup, Qt::LeftButton);
+    QTest::mouseClick(Popup.windowHandle(), Qt::LeftButton, {}, QPoint(20, 20));
     EXPECT_EQ(clicks.count(), 1);
     EXPECT_TRUE(Popup.isVisible());
     Popup.Close();
     EXPECT_FALSE(Popup.isVisible());
+}
+
+TEST_F(PopupControlTest, AClickIsToldWhileADialogIsOpenOverTheMainWindow) {
+    QWidget main;
+    main.show();
+    PopupControl popup(&main);
+    popup.SetSize(320, 100);
+    popup.Show();
+    QSignalSpy clicks(&popup, &PopupControl::ItemClicked);
+    QTest::mouseClick(popup.windowHandle(), Qt::LeftButton, {}, QPoint(20, 20));
+    EXPECT_EQ(clicks.count(), 1);
+    QDialog dialog(&main);
+    dialog.setModal(true);
+    dialog.show();
+    ASSERT_EQ(QApplication::activeModalWidget(), &dialog);
+    // At its window, as the window system brings it: the toolkit decides there what a dialog keeps away.
+    QTest::mouseClick(popup.windowHandle(), Qt::LeftButton, {}, QPoint(20, 20));
+    EXPECT_EQ(clicks.count(), 2);
+    PopupControl late(&main);
+    late.SetSize(320, 100);
+    late.Show();
+    QSignalSpy lateClicks(&late, &PopupControl::ItemClicked);
+    QTest::mouseClick(late.windowHandle(), Qt::LeftButton, {}, QPoint(20, 20));
+    EXPECT_EQ(lateClicks.count(), 1) << "shown while the dialog was open";
 }
 
 TEST_F(PopupControlTest, RemovedItemsAreGone) {

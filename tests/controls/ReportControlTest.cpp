@@ -1,12 +1,10 @@
 #include "controls/ReportControl.h"
 
 #include "controls/ReportPaint.h"
-#include "controls/ReportPrinter.h"
-#include "support/RecordingDoor.h"
+#include "controls/ReportRecords.h"
 
 #include <QDateTime>
 #include <QHeaderView>
-#include <QPdfWriter>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
@@ -14,22 +12,6 @@
 #include <gtest/gtest.h>
 
 namespace {
-
-ReportRecord RecordNamed(const QString& name, int value) {
-    ReportRecord record;
-    record.Tag = name;
-    ReportItem image;
-    image.HideText = true;
-    image.Icon = 0;
-    image.ToolTip = QStringLiteral(" <b>tip</b> of ") + name;
-    ReportItem number;
-    number.Value = value;
-    ReportItem text;
-    text.Value = name;
-    record.Items = {image, number, text};
-    record.PreviewText = QStringLiteral("Preview of ") + name;
-    return record;
-}
 
 /// A grid with three columns, sorted by its numbers, largest first.
 class ReportControlTest : public ::testing::Test {
@@ -58,6 +40,10 @@ public:
             order += Grid.RowRecord(row)->Tag;
         }
         return order;
+    }
+    [[nodiscard]] QString RowTag(int row) const {
+        const ReportRecord* record = Grid.RowRecord(row);
+        return record == nullptr ? QString() : record->Tag;
     }
     [[nodiscard]] QPoint Middle(int row) const {
         return Grid.visualRect(Grid.model()->index(row, 2)).center();
@@ -151,6 +137,40 @@ TEST_F(ReportControlTest, AtTheTopANewRowComesIntoView) {
     EXPECT_EQ(Grid.HitTest(QPoint(40, 2))->Tag, QStringLiteral("new"));
 }
 
+TEST_F(ReportControlTest, WithTheFirstRowCurrentTheNewestRowsStayInViewHoweverManyCome) {
+    for (int i = 0; i < 50; ++i) {
+        Add(QString::number(i), i);
+    }
+    Grid.Populate();
+    Grid.SelectFirstRow();
+    QCoreApplication::processEvents();
+    for (int i = 100; i < 130; ++i) {
+        Add(QStringLiteral("new %1").arg(i), i);
+        Grid.Populate();
+        QCoreApplication::processEvents();
+        ASSERT_EQ(Grid.HitTest(QPoint(40, 2))->Tag, QStringLiteral("new %1").arg(i));
+    }
+    EXPECT_EQ(RowTag(Grid.currentIndex().row()), QStringLiteral("49")) << "the cursor stays on its record";
+}
+
+TEST_F(ReportControlTest, ACursorBelowTheViewDoesNotPullTheViewDownAtTheNextChange) {
+    for (int i = 0; i < 50; ++i) {
+        Add(QString::number(i), i);
+    }
+    Grid.Populate();
+    QCoreApplication::processEvents();
+    Grid.setCurrentIndex(Grid.model()->index(30, 0));
+    ASSERT_GT(Grid.verticalScrollBar()->value(), 0);
+    Grid.verticalScrollBar()->setValue(0);
+    Add(QStringLiteral("new"), 100);
+    Grid.Populate();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(Grid.verticalScrollBar()->value(), 0);
+    EXPECT_EQ(Grid.currentIndex().row(), 31);
+    QTest::keyClick(&Grid, Qt::Key_Down);
+    EXPECT_GT(Grid.verticalScrollBar()->value(), 0) << "a key brings the cursor back into view";
+}
+
 TEST_F(ReportControlTest, SelectedRecordsComeInTheOrderOfTheRows) {
     AddThree();
     Grid.selectAll();
@@ -164,8 +184,13 @@ TEST_F(ReportControlTest, SelectedRecordsComeInTheOrderOfTheRows) {
 TEST_F(ReportControlTest, AClickOnAHeadSortsByItAndKeepsTheSelection) {
     AddThree();
     Grid.SelectFirstRow();
-    Grid.sortByColumn(2, Qt::AscendingOrder);
-    EXPECT_EQ(Order(), QStringLiteral("abc"));
+    const QPoint head(Grid.header()->sectionViewportPosition(2) + 40, Grid.header()->height() / 2);
+    QTest::mouseClick(Grid.header()->viewport(), Qt::LeftButton, {}, head);
+    EXPECT_EQ(Grid.header()->sortIndicatorSection(), 2);
+    const Qt::SortOrder first = Grid.header()->sortIndicatorOrder();
+    EXPECT_EQ(Order(), first == Qt::AscendingOrder ? QStringLiteral("abc") : QStringLiteral("cba"));
+    QTest::mouseClick(Grid.header()->viewport(), Qt::LeftButton, {}, head);
+    EXPECT_EQ(Order(), first == Qt::AscendingOrder ? QStringLiteral("cba") : QStringLiteral("abc"));
     ASSERT_EQ(Grid.SelectedRecords().size(), 1);
     EXPECT_EQ(Grid.SelectedRecords().first()->Tag, QStringLiteral("b"));
 }
@@ -255,49 +280,6 @@ TEST_F(ReportControlTest, ColoursForLightPaperTurnRoundOnADarkGround) {
     EXPECT_GT(ReportPaint::TextColourOn(dark, QColor(128, 0, 0)).lightness(), 128);
     EXPECT_EQ(ReportPaint::BackColourOn(dark, Qt::white), dark);
     EXPECT_EQ(ReportPaint::BackColourOn(Qt::white, QColor(250, 250, 200)), QColor(250, 250, 200));
-}
-
-/// Pages are counted by what a PDF says of itself.
-int PagesOf(const QString& path) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        return -1;
-    }
-    return static_cast<int>(file.readAll().count("/Type /Page\n"));
-}
-
-TEST_F(ReportControlTest, PaperHoldsEveryRowOnAsManyPagesAsItTakes) {
-    for (int i = 0; i < 200; ++i) {
-        Add(QStringLiteral("Row %1").arg(i), i);
-    }
-    Grid.Populate();
-    const QTemporaryDir folder;
-    const QString path = folder.filePath(QStringLiteral("report.pdf"));
-    {
-        QPdfWriter paper(path);
-        paper.setPageSize(QPageSize(QPageSize::A4));
-        ReportPrinter(Grid, QStringLiteral("Title")).Render(paper);
-    }
-    EXPECT_GE(PagesOf(path), 4);
-    EXPECT_LE(PagesOf(path), 10);
-}
-
-TEST_F(ReportControlTest, AnEmptyGridPrintsOnePage) {
-    const QTemporaryDir folder;
-    const QString path = folder.filePath(QStringLiteral("report.pdf"));
-    {
-        QPdfWriter paper(path);
-        ReportPrinter(Grid, QStringLiteral("Title")).Render(paper);
-    }
-    EXPECT_EQ(PagesOf(path), 1);
-}
-
-TEST_F(ReportControlTest, PrintingWithAPreviewShowsThePagesFirst) {
-    AddThree();
-    RecordingDoor door;
-    door.ExpectDialog([](QDialog& dialog) { dialog.hide(); });
-    Grid.Print(door, QStringLiteral("My Report"), true);
-    EXPECT_EQ(door.Dialogs, QStringList{QStringLiteral("My Report")});
 }
 
 }  // namespace

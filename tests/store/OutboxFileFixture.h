@@ -1,5 +1,6 @@
 #pragma once
 
+#include "store/AnyMessage.h"
 #include "store/Outbox.h"
 #include "support/TempOffice.h"
 
@@ -18,17 +19,6 @@ protected:
         OutgoingMessage message = AnyMessage();
         message.Text = text;
         return Insert(message);
-    }
-    [[nodiscard]] static OutgoingMessage AnyMessage() {
-        OutgoingMessage message;
-        message.Recipient = QStringLiteral("Mary Byrne");
-        message.Address = QStringLiteral("+353871234567");
-        message.Text = QStringLiteral("See you at five - Front desk");
-        message.SendTime = QDateTime(QDate(2026, 3, 7), QTime(14, 5, 9));
-        message.Station = QStringLiteral("DESK4\\MARY");
-        message.Signature = QStringLiteral("Mary");
-        message.BodyTextSize = 15;
-        return message;
     }
     [[nodiscard]] QVariant Stored(const char16_t* column, int row = 0) {
         return Office.MessageRows().value(row).value(QString::fromUtf16(column));

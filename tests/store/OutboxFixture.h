@@ -1,5 +1,6 @@
 #pragma once
 
+#include "store/AnyMessage.h"
 #include "store/FakeOffice.h"
 #include "store/Outbox.h"
 
@@ -24,17 +25,6 @@ protected:
         ASSERT_TRUE(mdlOutbox::OpenOutbox(Services));
         ASSERT_TRUE(Office.OutboxValues.OutboxDB->OpenDatabase(engine::Mode::ReadWriteShared));
         Office.Engine.Statements.clear();
-    }
-    [[nodiscard]] static OutgoingMessage AnyMessage() {
-        OutgoingMessage message;
-        message.Recipient = QStringLiteral("Mary Byrne");
-        message.Address = QStringLiteral("+353871234567");
-        message.Text = QStringLiteral("See you at five - Front desk");
-        message.SendTime = QDateTime(QDate(2026, 3, 7), QTime(14, 5, 9));
-        message.Station = QStringLiteral("DESK4\\MARY");
-        message.Signature = QStringLiteral("Mary");
-        message.BodyTextSize = 15;
-        return message;
     }
     [[nodiscard]] BoxRequest Critical(const QString& text) const {
         return {QStringLiteral("Larkspan Messenger"), text, BoxIcon::Critical, BoxButtons::Ok};

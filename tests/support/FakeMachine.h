@@ -61,13 +61,19 @@ public:
     int Beeps = 0;
     std::function<void()> OnBeep;
     QStringList Played;
+    std::function<void()> OnPlay;
     void Beep() override {
         ++Beeps;
         if (OnBeep) {
             OnBeep();
         }
     }
-    void Play(const QString& path) override { Played.append(path); }
+    void Play(const QString& path) override {
+        Played.append(path);
+        if (OnPlay) {
+            OnPlay();
+        }
+    }
 };
 
 /// Keeps what the desktop was told.
@@ -91,6 +97,8 @@ public:
 class RecordingBoxes final : public MessageBoxes {
 public:
     QList<BoxRequest> Shown;
+    /// Runs while a box stands.
+    std::function<void()> OnShow;
 
     ~RecordingBoxes() override {
         EXPECT_TRUE(m_answers.isEmpty()) << m_answers.size() << " expected box(es) did not come";
@@ -98,6 +106,9 @@ public:
     void Expect(BoxAnswer answer = BoxAnswer::Ok) { m_answers.append(answer); }
     BoxAnswer Show(const BoxRequest& request) override {
         Shown.append(request);
+        if (OnShow) {
+            OnShow();
+        }
         if (m_answers.isEmpty()) {
             ADD_FAILURE() << "unexpected box: " << request.Text.toStdString();
             return request.Buttons == BoxButtons::Ok ? BoxAnswer::Ok : BoxAnswer::No;

@@ -5,6 +5,7 @@
 
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 #include <stdexcept>
 #include <vector>
@@ -19,6 +20,7 @@ public:
     int TopEdge = 0;
     int WidthNow = 0;
     int HeightNow = 0;
+    int MeasuredHeight = LineHeight;
     QString Caption;
     std::optional<unsigned> Background;
     int Format = 0;
@@ -30,7 +32,7 @@ public:
     [[nodiscard]] int Width() const override { return WidthNow; }
     [[nodiscard]] int Height() const override { return HeightNow; }
     void SetWidth(int width) override { WidthNow = width; }
-    void CalculateHeight() override { HeightNow = LineHeight; }
+    void CalculateHeight() override { HeightNow = MeasuredHeight; }
     void CalculateWidth() override { WidthNow = CharWidth * static_cast<int>(Caption.size()); }
     void SetTextAlignment(int format) override { Format = format; }
     void SetHyperLink(bool on) override { IsLink = on; }
@@ -41,13 +43,26 @@ public:
 /// A popup that keeps what it is told, in order.
 class FakePopup final : public PopupSurface {
 public:
+    /// An item as it was asked for, before it was measured.
+    struct Added {
+        int Left = 0;
+        int Top = 0;
+        int Right = 0;
+        int Bottom = 0;
+        QString Caption;
+        [[nodiscard]] bool operator==(const Added& other) const = default;
+    };
     QStringList Calls;
+    QList<Added> Asked;
     std::vector<std::unique_ptr<FakePopupItem>> Items;
     int WidthNow = 0;
     int HeightNow = 0;
     int ShowDelay = 0;
     bool IsShown = false;
     bool IsFailing = false;  // at the next Show
+    std::function<void()> OnShow;
+    /// The height that each test item, the "H" at 0, 0, is to have when it has been measured; 0: a line's.
+    int HeightOfH = 0;
 
     void Close() override {
         Calls.append(QStringLiteral("Close"));
@@ -68,6 +83,9 @@ public:
         item->HeightNow = bottom - top;
         item->Caption = caption;
         item->Background = background;
+        item->MeasuredHeight =
+            HeightOfH > 0 && caption == QStringLiteral("H") ? HeightOfH : FakePopupItem::LineHeight;
+        Asked.append({left, top, right, bottom, caption});
         Items.push_back(std::move(item));
         return *Items.back();
     }
@@ -79,6 +97,9 @@ public:
     void SetShowDelay(int milliseconds) override { ShowDelay = milliseconds; }
     void Show() override {
         Calls.append(QStringLiteral("Show"));
+        if (OnShow) {
+            OnShow();
+        }
         if (IsFailing) {
             throw std::runtime_error("no popup");
         }

@@ -8,6 +8,7 @@
 #include "support/FakePopup.h"
 
 #include <QFile>
+#include <QRect>
 
 #include <gtest/gtest.h>
 
@@ -74,6 +75,23 @@ TEST_F(DeliveryNotifierTest, ThePopupGetsItsSizeItsTimeAndNothingElse) {
     EXPECT_EQ(Popup.HeightNow, 100);
     EXPECT_EQ(Popup.ShowDelay, 10000);
     EXPECT_EQ(Popup.ItemCount(), 0) << "the item that the line was measured by is gone";
+}
+
+TEST_F(DeliveryNotifierTest, TheLineIsMeasuredByAnHAndEveryLineIsAskedForWithItsHeight) {
+    ASSERT_EQ(Popup.Asked.size(), 1);
+    const FakePopup::Added test = Popup.Asked.first();
+    EXPECT_EQ(test.Caption, QStringLiteral("H"));
+    EXPECT_EQ(QRect(QPoint(test.Left, test.Top), QPoint(test.Right, test.Bottom)),
+              QRect(QPoint(0, 0), QPoint(30, 30)));
+    Popup.HeightOfH = 23;
+    Notifier.SetPopup(&Popup);
+    Popup.Asked.clear();
+    Track(1);
+    Poll({5});
+    ASSERT_EQ(Popup.Asked.size(), 4);
+    for (int line = 1; line < 4; ++line) {
+        EXPECT_EQ(Popup.Asked[line].Bottom - Popup.Asked[line].Top, 23) << line;
+    }
 }
 
 TEST_F(DeliveryNotifierTest, AMessageIsAnImageAndThreeLines) {
@@ -193,10 +211,48 @@ TEST_F(DeliveryNotifierTest, DeliveredMessagesSoundOnceForAll) {
 }
 
 TEST_F(DeliveryNotifierTest, WithTheSoundOffThePopupIsTheSame) {
+    Tracker.PlaySound = true;
     Track(1);
-    Poll({7});
+    Track(2);
+    Poll({7, 5});
+    ASSERT_FALSE(Speaker.Played.isEmpty());
+    const QList<FakePopup::Added> asked = Popup.Asked.mid(1);
+    const int height = Popup.HeightNow;
+    const QStringList calls = Popup.Calls;
+    Speaker.Played.clear();
+    Popup.Asked.clear();
+    Popup.Calls.clear();
+    Popup.HeightNow = 0;
+    Tracker.PlaySound = false;
+    Track(1);
+    Track(2);
+    Poll({7, 5});
     EXPECT_TRUE(Speaker.Played.isEmpty());
-    EXPECT_TRUE(Popup.IsShown);
+    EXPECT_EQ(Popup.Asked, asked);
+    EXPECT_EQ(Popup.HeightNow, height);
+    EXPECT_EQ(Popup.Calls, calls);
+}
+
+TEST_F(DeliveryNotifierTest, TheSoundComesFirstThenThePopupsHeightAndThenThePopup) {
+    Tracker.PlaySound = true;
+    int heightAtSound = 0;
+    bool isShownAtSound = true;
+    qsizetype soundsAtShow = 0;
+    int heightAtShow = 0;
+    Speaker.OnPlay = [&] {
+        heightAtSound = Popup.HeightNow;
+        isShownAtSound = Popup.IsShown;
+    };
+    Popup.OnShow = [&] {
+        soundsAtShow = Speaker.Played.size();
+        heightAtShow = Popup.HeightNow;
+    };
+    Track(1);
+    Poll({5});
+    EXPECT_EQ(heightAtSound, 100) << "still the one it began with";
+    EXPECT_FALSE(isShownAtSound);
+    EXPECT_EQ(soundsAtShow, 1);
+    EXPECT_EQ(heightAtShow, 53 + 16 + 10);
 }
 
 TEST_F(DeliveryNotifierTest, AMissingSoundFilePlaysNothingAndThePopupStillAppears) {
@@ -232,9 +288,19 @@ TEST_F(DeliveryNotifierTest, AnEmptyTextIsAnEmptyLineThatTakesItsPlace) {
 }
 
 TEST_F(DeliveryNotifierTest, ALongTextIsCutAtTheWidthLimit) {
-    Track(1, QString(50, u'x'));
+    const QList<std::pair<int, int>> widths = {{25, 250}, {26, 260}, {27, 260}, {50, 260}};
+    for (const auto& [characters, width] : widths) {
+        Track(1, QString(characters, u'x'));
+        Poll({5});
+        EXPECT_EQ(Popup.At(3).WidthNow, width) << characters;
+    }
+}
+
+TEST_F(DeliveryNotifierTest, NameAndNumberAreNotCutAtTheWidthLimitOfTheText) {
+    Tracker.Track(1, QString(40, u'n'), QString(30, u'1'), QStringLiteral("Hello"));
     Poll({5});
-    EXPECT_EQ(Popup.At(3).WidthNow, 260);
+    EXPECT_EQ(Popup.At(1).WidthNow, 400);
+    EXPECT_EQ(Popup.At(2).WidthNow, 300);
 }
 
 TEST_F(DeliveryNotifierTest, WithoutAPopupFinalMessagesWait) {

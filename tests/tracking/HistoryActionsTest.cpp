@@ -1,7 +1,9 @@
+#include "support/FakeEngine.h"
 #include "support/RawDatabase.h"
 #include "tracking/HistoryBench.h"
 
 #include <QPlainTextEdit>
+#include <QPrintPreviewWidget>
 
 namespace {
 
@@ -105,7 +107,9 @@ TEST_F(HistoryActions, AMessageThatTheGatewayTookStandsInTheListAndIsTrackedOn) 
     SetStatus(taken, 1);
     Office.Boxes.Expect(BoxAnswer::Yes);
     QString told;
+    bool isOpen = false;
     Door.ExpectDialog([&](QDialog& dialog) {
+        isOpen = Office.OutboxDB().IsConnected();
         told = dialog.findChild<QPlainTextEdit*>(QStringLiteral("txtMessage"))->toPlainText();
         dialog.findChild<QPushButton*>(QStringLiteral("cmdOK"))->click();
     });
@@ -117,6 +121,7 @@ TEST_F(HistoryActions, AMessageThatTheGatewayTookStandsInTheListAndIsTrackedOn) 
     EXPECT_EQ(Tracker.SlotAt(0).msgID, taken);
     EXPECT_EQ(Tracker.SlotAt(1).msgID, 0) << "the canceled one is no longer tracked";
     EXPECT_EQ(StatusOf(*this, waiting), 2);
+    EXPECT_TRUE(isOpen) << "the list comes before the outbox is closed";
     EXPECT_FALSE(Office.OutboxDB().IsConnected());
 }
 
@@ -199,32 +204,91 @@ TEST_F(HistoryActions, ARowThatGoesBeforeItsMenuIsThereOpensNone) {
     EXPECT_TRUE(Door.Menus.isEmpty());
 }
 
-/// Takes every row away while a menu is open, and chooses the entry for a new message.
-class GoingDoor final : public ModalDoor {
-public:
-    std::function<void()> OnMenu;
-    void ShowModal(QDialog&, QWidget*) override { ADD_FAILURE() << "unexpected dialog"; }
-    QAction* ShowMenu(QMenu& menu, const QPoint&) override {
-        OnMenu();
-        return menu.actions().last();
-    }
-};
-
 TEST_F(HistoryActions, ARowThatGoesWhileItsMenuIsOpenStillGivesItsText) {
     const qint32 id = AddRow(5, 10, {{QStringLiteral("msgText"), QStringLiteral("Keep me")}});
-    GoingDoor door;
-    HistoryServices services{Office.Outbox(), History,     Tracker,    Host, door,
-                             Office.Boxes,    Office.Pump, Office.Time};
-    Form = std::make_unique<frmHistory>(services);
-    Form->SetIsPublic(true);
-    Form->LoadHistory();
-    Form->show();
-    door.OnMenu = [this] {
+    Open(true);
+    Door.OnMenu = [this] {
         Grid().DeleteAllRecords();
         Grid().Populate();
     };
+    Door.ExpectMenu(QStringLiteral("New Message with 'Keep me...'"));
     RightClick(id);
     EXPECT_EQ(Host.Calls.value(0), QStringLiteral("text Keep me"));
+}
+
+TEST_F(HistoryActions, ATickWhileAMenuIsOpenMayTakeItsRowAndTheTextIsStillThatOfTheRowClicked) {
+    QList<qint32> ids;
+    for (int i = 0; i < 100; ++i) {
+        ids.append(AddRow(5, 200 - i, {{QStringLiteral("msgText"), QStringLiteral("Text %1").arg(i)}}));
+    }
+    Open(true);
+    Grid().scrollToBottom();
+    Door.OnMenu = [this] {
+        AddRow(0, 1);
+        FireTimer();
+    };
+    Door.ExpectMenu(QStringLiteral("New Message with 'Text 0...'"));
+    RightClick(ids.first());
+    EXPECT_FALSE(Rows().contains(ids.first())) << "its record went";
+    EXPECT_EQ(Rows().size(), 100);
+    EXPECT_EQ(Host.Calls.value(0), QStringLiteral("text Text 0"));
+}
+
+TEST_F(HistoryActions, ATickWhileTheClearQuestionStandsShowsTheStatusAndTheAnswerStillClears) {
+    const qint32 id = AddOwn(0);
+    Open();
+    int icon = -1;
+    Office.Boxes.OnShow = [&] {
+        SetStatus(id, 3);
+        FireTimer();
+        icon = RowOf(id).Items[0].Icon;
+        EXPECT_FALSE(Form->grab().isNull());
+    };
+    Office.Boxes.Expect(BoxAnswer::Yes);
+    Button("cmdClear").click();
+    EXPECT_EQ(icon, 3);
+    EXPECT_EQ(Grid().RowCount(), 0);
+    EXPECT_TRUE(History.ReadHistory().isEmpty());
+    EXPECT_TRUE(Timer().isActive());
+}
+
+TEST_F(HistoryActions, ATickWhileThePrintPreviewIsOpenShowsTheStatusAndLeavesThePagesWhole) {
+    const qint32 id = AddRow(0, 10);
+    Open(true);
+    Door.ExpectDialog([&](QDialog& preview) {
+        SetStatus(id, 5);
+        AddRow(0, 1);
+        FireTimer();
+        EXPECT_EQ(RowOf(id).Items[0].Icon, 5);
+        EXPECT_FALSE(preview.grab().isNull());
+        preview.findChild<QPrintPreviewWidget*>()->updatePreview();
+        EXPECT_FALSE(preview.grab().isNull());
+        preview.hide();
+    });
+    Button("cmdPrint").click();
+    EXPECT_EQ(Grid().RowCount(), 2);
+}
+
+TEST_F(HistoryActions, EnterPressesTheButtonThatHasTheFocusAndElsewhereCloses) {
+    AddOwn(0);
+    Open();
+    Form->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(Form.get()));
+    Button("cmdClear").setFocus();
+    Office.Boxes.Expect(BoxAnswer::No);
+    QTest::keyClick(&Button("cmdClear"), Qt::Key_Return);
+    EXPECT_EQ(Office.Boxes.Shown.size(), 1);
+    Button("cmdCancel").setFocus();
+    Office.Boxes.Expect(BoxAnswer::No);
+    QTest::keyClick(&Button("cmdCancel"), Qt::Key_Return);
+    EXPECT_EQ(Office.Boxes.Shown.size(), 2);
+    Button("cmdPrint").setFocus();
+    Door.ExpectDialog([](QDialog& dialog) { dialog.hide(); });
+    QTest::keyClick(&Button("cmdPrint"), Qt::Key_Enter);
+    EXPECT_TRUE(Form->isVisible());
+    Grid().setFocus();
+    QTest::keyClick(&Grid(), Qt::Key_Return);
+    EXPECT_FALSE(Form->isVisible());
 }
 
 TEST_F(HistoryActions, AnImpatientSecondPressWhileTheOutboxIsLockedAsksNothingAndTellsNothingWrong) {
@@ -267,23 +331,116 @@ TEST_F(HistoryActions, ACancelInTheMiddleOfAPassIsAskedWhenThePassIsOver) {
     EXPECT_FALSE(Timer().isActive());
 }
 
+/// The gateway sits on the outbox, and lets go of it after what `happens` in the first wait of the client.
+class LockedOutbox {
+public:
+    LockedOutbox(HistoryBench& bench, std::function<void()> happens)
+        : m_bench(bench), m_gateway(bench.Office.OutboxPath()) {
+        m_gateway.Execute(QStringLiteral("BEGIN EXCLUSIVE"));
+        bench.Office.Pump.OnProcess = [this, happens](int) {
+            if (!std::exchange(m_hasHappened, true)) {
+                happens();
+                m_gateway.Execute(QStringLiteral("COMMIT"));
+            }
+        };
+    }
+    ~LockedOutbox() {
+        EXPECT_TRUE(m_hasHappened) << "nothing waited";
+        m_bench.Office.Pump.OnProcess = {};
+    }
+    LockedOutbox(const LockedOutbox&) = delete;
+    LockedOutbox& operator=(const LockedOutbox&) = delete;
+
+private:
+    HistoryBench& m_bench;
+    RawDatabase m_gateway;
+    bool m_hasHappened = false;
+};
+
+/// A click on the close button of the window's frame.
+void CloseFrame(QWidget& window) {
+    QCloseEvent close;
+    QSpontaneKeyEvent::setSpontaneous(&close);
+    static_cast<QObject&>(window).event(&close);
+    EXPECT_EQ(close.isAccepted(), !window.isVisible());
+}
+
 TEST_F(HistoryActions, AWindowClosedInTheMiddleOfAPassAsksNothingMore) {
     AddOwn(0);
     Open();
-    RawDatabase gateway(Office.OutboxPath());
-    gateway.Execute(QStringLiteral("BEGIN EXCLUSIVE"));
-    bool isDone = false;
-    Office.Pump.OnProcess = [&](int) {
-        if (!isDone) {
-            isDone = true;
-            Form->DoCancel();
-            Form->hide();
-            gateway.Execute(QStringLiteral("COMMIT"));
-        }
-    };
+    const LockedOutbox outbox(*this, [this] {
+        Form->DoCancel();
+        Form->reject();
+    });
     Form->UpdateHistory(false);
-    EXPECT_TRUE(isDone);
     EXPECT_TRUE(Office.Boxes.Shown.isEmpty());
+    EXPECT_FALSE(Form->isVisible());
+}
+
+TEST_F(HistoryActions, WhoeverClosesItInTheMiddleOfACancelIsObeyedWhenTheMessageIsCanceled) {
+    const QList<std::pair<const char*, std::function<void(qint32)>>> ways = {
+        {"Esc", [this](qint32) { QTest::keyClick(&Grid(), Qt::Key_Escape); }},
+        {"Close", [this](qint32) { Button("cmdClose").click(); }},
+        {"the frame", [this](qint32) { CloseFrame(*Form); }},
+        {"a double click",
+         [this](qint32 id) { QTest::mouseDClick(Grid().viewport(), Qt::LeftButton, {}, PointOf(id)); }},
+        {"the menu",
+         [this](qint32 id) {
+             Door.ExpectMenu(QStringLiteral("New Message with 'Hello...'"));
+             RightClick(id);
+         }},
+    };
+    for (const auto& [name, close] : ways) {
+        const qint32 id = AddOwn(0, 1);
+        Open();
+        Select({id});
+        Office.Boxes.Expect(BoxAnswer::Yes);
+        {
+            const LockedOutbox outbox(*this, [&, step = close] {
+                step(id);
+                EXPECT_TRUE(Form->isVisible()) << name << ": what lies under it must take no input now";
+            });
+            Button("cmdCancel").click();
+        }
+        EXPECT_FALSE(Form->isVisible()) << name;
+        EXPECT_EQ(StatusOf(*this, id), 2) << name;
+        EXPECT_TRUE(Door.Dialogs.isEmpty()) << name;
+    }
+}
+
+TEST_F(HistoryActions, WhatCouldNotBeCanceledIsToldAlsoToWhoHasClosedTheWindowMeanwhile) {
+    const qint32 taken = AddOwn(0, 10);
+    Open();
+    Office.Boxes.Expect(BoxAnswer::Yes);
+    Door.ExpectDialog([this](QDialog& dialog) {
+        EXPECT_TRUE(Form->isVisible());
+        dialog.hide();
+    });
+    SetStatus(taken, 1);
+    const LockedOutbox outbox(*this, [this] { QTest::keyClick(&Grid(), Qt::Key_Escape); });
+    Button("cmdCancel").click();
+    EXPECT_EQ(Door.Dialogs, QStringList{QStringLiteral("Larkspan Messenger - Cancel Messages")});
+    EXPECT_FALSE(Form->isVisible());
+}
+
+TEST_F(HistoryActions, AProgramThatEndsInTheMiddleOfACancelClosesTheWindowAtOnce) {
+    const qint32 id = AddOwn(0);
+    Open();
+    Office.Boxes.Expect(BoxAnswer::Yes);
+    const LockedOutbox outbox(*this, [this] {
+        EXPECT_TRUE(Form->close());
+        EXPECT_FALSE(Form->isVisible());
+    });
+    Button("cmdCancel").click();
+    EXPECT_EQ(StatusOf(*this, id), 2);
+    EXPECT_TRUE(Door.Dialogs.isEmpty());
+}
+
+TEST_F(HistoryActions, WithNothingGoingOnTheFramesCloseButtonClosesAtOnce) {
+    AddOwn(0);
+    Open();
+    CloseFrame(*Form);
+    EXPECT_FALSE(Form->isVisible());
 }
 
 TEST_F(HistoryActions, ADoubleClickTakesTheTextWithoutUpdatingTheDisplay) {
@@ -328,6 +485,19 @@ TEST_F(HistoryActions, ClearEmptiesGridAndFileAndTheTimerGoesOn) {
     SetStatus(id, 5);
     Form->UpdateHistory(false);  // writes to a grid without records do nothing
     EXPECT_EQ(Grid().RowCount(), 0);
+}
+
+TEST_F(HistoryActions, AfterClearTheMessagesThatCanChangeAreStillAskedFor) {
+    const qint32 waiting = AddOwn(0);
+    Open();
+    Office.Boxes.Expect(BoxAnswer::Yes);
+    Button("cmdClear").click();
+    FakeEngine engine;
+    Office.OutboxValues.OutboxDB =
+        std::make_unique<DB>(DBServices{engine, Office.Time, Office.Pump, Office.Drives, Office.Folders});
+    FireTimer();
+    EXPECT_EQ(engine.Statements.filter(QStringLiteral("MsgID = %1 ").arg(waiting)).size(), 1)
+        << engine.Statements.join(u'\n').toStdString();
 }
 
 TEST_F(HistoryActions, PrintShowsThePagesFirst) {

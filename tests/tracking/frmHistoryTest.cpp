@@ -1,6 +1,7 @@
 #include "tracking/frmHistory.h"
 
 #include "controls/Icons.h"
+#include "support/PaintCount.h"
 #include "support/RawDatabase.h"
 #include "tracking/HistoryBench.h"
 
@@ -185,15 +186,77 @@ TEST_F(HistoryWindow, SortedByAnotherColumnItStillFindsTheRecordByItsSlot) {
 TEST_F(HistoryWindow, ColumnsAreAsWideAsTheirSamplesAndSortedByTimeNewestFirst) {
     Open();
     const QFontMetrics metrics = Grid().fontMetrics();
-    EXPECT_GE(Grid().header()->sectionSize(1), metrics.horizontalAdvance(QStringLiteral("00 www 00:00")));
+    constexpr int MostMargin = 12;
+    const auto expectSample = [&](int column, const QString& sample) {
+        const int width = metrics.horizontalAdvance(sample);
+        EXPECT_GE(Grid().header()->sectionSize(column), width) << column;
+        EXPECT_LE(Grid().header()->sectionSize(column), width + MostMargin) << column;
+    };
+    expectSample(1, QStringLiteral("00 www 00:00"));
     EXPECT_EQ(Grid().header()->sortIndicatorSection(), 1);
     EXPECT_EQ(Grid().header()->sortIndicatorOrder(), Qt::DescendingOrder);
     EXPECT_TRUE(Grid().IsPreviewMode());
     EXPECT_EQ(Grid().header()->sectionResizeMode(0), QHeaderView::Fixed);
     EXPECT_EQ(Grid().ColumnAlignment(0) & Qt::AlignHorizontal_Mask, Qt::AlignHCenter);
     Open(true);
-    EXPECT_GE(Grid().header()->sectionSize(2),
-              metrics.horizontalAdvance(QStringLiteral("wwwwPeter M. Merriottwwww")));
+    expectSample(1, QStringLiteral("00 www 00:00"));
+    expectSample(2, QStringLiteral("wwwwPeter M. Merriottwwww"));
+}
+
+TEST_F(HistoryWindow, TakesTheIconOfTheMainWindow) {
+    QWidget main;
+    QPixmap drawing(16, 16);
+    drawing.fill(Qt::red);
+    main.setWindowIcon(QIcon(drawing));
+    const frmHistory form(Services(), &main);
+    EXPECT_EQ(form.windowIcon().cacheKey(), main.windowIcon().cacheKey());
+}
+
+TEST_F(HistoryWindow, TheTimerIsOffUntilTheFirstPassIsOver) {
+    AddOwn(0);
+    Form = std::make_unique<frmHistory>(Services());
+    EXPECT_FALSE(Timer().isActive());
+    bool wasActive = false;
+    Office.Pump.OnProcess = [&](int) { wasActive = wasActive || Timer().isActive(); };
+    Form->LoadHistory();
+    EXPECT_FALSE(wasActive);
+    EXPECT_TRUE(Timer().isActive());
+}
+
+TEST_F(HistoryWindow, TheLoadLetsEventsRunFourTimesBetweenTheColumnsAndTheFirstPass) {
+    AddOwn(0);
+    int columns = -1;
+    int rows = -1;
+    Office.Pump.Calls.clear();
+    Office.Pump.OnProcess = [&](int) {
+        columns = Grid().model()->columnCount();
+        rows = Grid().RecordCount();
+    };
+    Open();
+    EXPECT_EQ(Office.Pump.Calls, QList<int>{4});
+    EXPECT_EQ(columns, 3);
+    EXPECT_EQ(rows, 0);
+    EXPECT_EQ(Grid().RecordCount(), 1);
+}
+
+TEST_F(HistoryWindow, TheHourglassStandsDuringAPassThatGetsThroughAndGoesWithIt) {
+    const qint32 id = AddOwn(0);
+    Open();
+    SetStatus(id, 1);
+    RawDatabase gateway(Office.OutboxPath());
+    gateway.Execute(QStringLiteral("BEGIN EXCLUSIVE"));
+    QList<Qt::CursorShape> shapes;
+    Office.Pump.OnProcess = [&](int) {
+        shapes.append(Form->cursor().shape());
+        if (shapes.size() == 1) {
+            gateway.Execute(QStringLiteral("COMMIT"));
+        }
+    };
+    Form->UpdateHistory(false);
+    ASSERT_FALSE(shapes.isEmpty()) << "nothing waited";
+    EXPECT_EQ(shapes.first(), Qt::WaitCursor);
+    EXPECT_EQ(RowOf(id).Items[0].Icon, 1);
+    EXPECT_EQ(Form->cursor().shape(), Qt::ArrowCursor);
 }
 
 TEST_F(HistoryWindow, TwoNewMessagesOfOnePassStandInTheOrderOfTheirTimes) {
@@ -214,6 +277,28 @@ TEST_F(HistoryWindow, APassWithNothingNewRepaintsNothing) {
     Form->UpdateHistory(false);
     EXPECT_EQ(changes.count(), 0);
     EXPECT_EQ(resets.count(), 0);
+}
+
+TEST_F(HistoryWindow, ATickWithNothingNewPaintsNothingAtAllInEitherMode) {
+    for (const bool isPublic : {false, true}) {
+        const qint32 id = AddOwn(3);
+        Open(isPublic);
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(Form.get()));
+        FireTimer();  // after the load every message is asked for once more
+        for (int pass = 0; pass < 10; ++pass) {
+            QCoreApplication::processEvents();
+        }
+        const PaintCount rows(*Grid().viewport());
+        const PaintCount form(*Form);
+        FireTimer();
+        QCoreApplication::processEvents();
+        EXPECT_EQ(rows.Count, 0) << isPublic;
+        EXPECT_EQ(form.Count, 0) << isPublic;
+        SetStatus(id, 5);
+        FireTimer();
+        QCoreApplication::processEvents();
+        EXPECT_GE(rows.Count, 1) << "a change is painted";
+    }
 }
 
 TEST_F(HistoryWindow, APassWaitsFifteenSecondsFromTheEndOfTheOneBefore) {

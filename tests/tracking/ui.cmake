@@ -3,4 +3,4 @@ larkspan_test(test_tracking_ui GUI
     HistoryActionsTest.cpp
     HistoryBench.h
     frmHistoryTest.cpp
-  LINK larkspan_tracking_ui larkspan_test_office)
+  LINK larkspan_tracking_ui larkspan_test_office larkspan_test_engine)
