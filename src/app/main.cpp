@@ -4,7 +4,7 @@
 #include "app/RealMachine.h"
 #include "core/Product.h"
 #include "platform/Folders.h"
-#include "platform_ui/SilentBus.h"
+#include "platform/SilentBus.h"
 #include "shell/Application.h"
 #include "shell/Look.h"
 #include "shell/MainScreens.h"

@@ -1,5 +1,4 @@
 #include "support/FakeEngine.h"
-#include "support/RawDatabase.h"
 #include "tracking/HistoryBench.h"
 
 #include <QPlainTextEdit>
@@ -12,17 +11,6 @@ using HistoryActions = HistoryBench;
 BoxRequest CancelQuestion(const QString& rest) {
     return {QStringLiteral("Larkspan Messenger"), QStringLiteral("Are you sure you want to CANCEL ") + rest,
             BoxIcon::Question, BoxButtons::YesNo};
-}
-
-qint32 StatusOf(HistoryBench& bench, qint32 id) {
-    const QList<QVariantMap> rows = bench.Office.MessageRows();
-    for (const QVariantMap& row : rows) {
-        if (row.value(QStringLiteral("msgID")).toInt() == id) {
-            return row.value(QStringLiteral("msgStatus")).toInt();
-        }
-    }
-    ADD_FAILURE() << "no message " << id;
-    return -1;
 }
 
 TEST_F(HistoryActions, OfThreeSelectedTwoArePendingAndOnlyTheseAreCanceled) {
@@ -39,9 +27,9 @@ TEST_F(HistoryActions, OfThreeSelectedTwoArePendingAndOnlyTheseAreCanceled) {
     EXPECT_EQ(Door.Menus.last(), (QStringList{QStringLiteral("Cancel 2 Messages"),
                                               QStringLiteral("New Message with 'Hello...'")}));
     EXPECT_EQ(Office.Boxes.Shown.last(), CancelQuestion(QStringLiteral("2 messages")));
-    EXPECT_EQ(StatusOf(*this, one), 2);
-    EXPECT_EQ(StatusOf(*this, two), 2);
-    EXPECT_EQ(StatusOf(*this, delivered), 5);
+    EXPECT_EQ(StatusOf(one), 2);
+    EXPECT_EQ(StatusOf(two), 2);
+    EXPECT_EQ(StatusOf(delivered), 5);
     EXPECT_EQ(Sentence(one), QStringLiteral(" The message was canceled. Canceled by user"));
 }
 
@@ -67,7 +55,7 @@ TEST_F(HistoryActions, NoLeavesTheRowsAsTheyWereAndTheTimerOff) {
     Office.Boxes.Expect(BoxAnswer::No);
     Button("cmdCancel").click();
     EXPECT_EQ(Office.Boxes.Shown.last(), CancelQuestion(QStringLiteral("1 message")));
-    EXPECT_EQ(StatusOf(*this, id), 0);
+    EXPECT_EQ(StatusOf(id), 0);
     EXPECT_EQ(Sentence(id), QStringLiteral(" The message is waiting to be processed. "));
     EXPECT_FALSE(Timer().isActive());
 }
@@ -120,7 +108,7 @@ TEST_F(HistoryActions, AMessageThatTheGatewayTookStandsInTheListAndIsTrackedOn) 
               QStringLiteral("The following messages could not be canceled:\n\nMessage ID#%1\n").arg(taken));
     EXPECT_EQ(Tracker.SlotAt(0).msgID, taken);
     EXPECT_EQ(Tracker.SlotAt(1).msgID, 0) << "the canceled one is no longer tracked";
-    EXPECT_EQ(StatusOf(*this, waiting), 2);
+    EXPECT_EQ(StatusOf(waiting), 2);
     EXPECT_TRUE(isOpen) << "the list comes before the outbox is closed";
     EXPECT_FALSE(Office.OutboxDB().IsConnected());
 }
@@ -139,7 +127,7 @@ TEST_F(HistoryActions, AnOutboxThatCannotBeOpenedIsToldAndNothingIsCanceled) {
         << box.Text.toStdString();
     EXPECT_EQ(box.Icon, BoxIcon::Critical);
     EXPECT_EQ(box.Title, QStringLiteral("Larkspan Messenger"));
-    EXPECT_EQ(StatusOf(*this, id), 0);
+    EXPECT_EQ(StatusOf(id), 0);
 }
 
 TEST_F(HistoryActions, TheMenuCancelsTheOnePendingMessageUnderTheNameOfTheRowClicked) {
@@ -288,158 +276,6 @@ TEST_F(HistoryActions, EnterPressesTheButtonThatHasTheFocusAndElsewhereCloses) {
     EXPECT_TRUE(Form->isVisible());
     Grid().setFocus();
     QTest::keyClick(&Grid(), Qt::Key_Return);
-    EXPECT_FALSE(Form->isVisible());
-}
-
-TEST_F(HistoryActions, AnImpatientSecondPressWhileTheOutboxIsLockedAsksNothingAndTellsNothingWrong) {
-    const qint32 id = AddOwn(0);
-    Open();
-    RawDatabase gateway(Office.OutboxPath());
-    gateway.Execute(QStringLiteral("BEGIN EXCLUSIVE"));
-    int presses = 0;
-    Office.Pump.OnProcess = [&](int) {
-        if (++presses == 1) {
-            Form->DoCancel();
-            gateway.Execute(QStringLiteral("COMMIT"));
-        }
-    };
-    Office.Boxes.Expect(BoxAnswer::Yes);
-    Button("cmdCancel").click();
-    EXPECT_GE(presses, 1) << "nothing waited";
-    EXPECT_EQ(Office.Boxes.Shown.size(), 1);
-    EXPECT_EQ(StatusOf(*this, id), 2);
-    EXPECT_TRUE(Door.Dialogs.isEmpty());
-}
-
-TEST_F(HistoryActions, ACancelInTheMiddleOfAPassIsAskedWhenThePassIsOver) {
-    const qint32 id = AddOwn(0);
-    Open();
-    RawDatabase gateway(Office.OutboxPath());
-    gateway.Execute(QStringLiteral("BEGIN EXCLUSIVE"));
-    qsizetype askedInside = -1;
-    Office.Pump.OnProcess = [&](int) {
-        if (askedInside < 0) {
-            Form->DoCancel();
-            askedInside = Office.Boxes.Shown.size();
-            gateway.Execute(QStringLiteral("COMMIT"));
-        }
-    };
-    Office.Boxes.Expect(BoxAnswer::Yes);
-    Form->UpdateHistory(false);
-    EXPECT_EQ(askedInside, 0) << "the outbox was in use";
-    EXPECT_EQ(StatusOf(*this, id), 2);
-    EXPECT_FALSE(Timer().isActive());
-}
-
-/// The gateway sits on the outbox, and lets go of it after what `happens` in the first wait of the client.
-class LockedOutbox {
-public:
-    LockedOutbox(HistoryBench& bench, std::function<void()> happens)
-        : m_bench(bench), m_gateway(bench.Office.OutboxPath()) {
-        m_gateway.Execute(QStringLiteral("BEGIN EXCLUSIVE"));
-        bench.Office.Pump.OnProcess = [this, happens](int) {
-            if (!std::exchange(m_hasHappened, true)) {
-                happens();
-                m_gateway.Execute(QStringLiteral("COMMIT"));
-            }
-        };
-    }
-    ~LockedOutbox() {
-        EXPECT_TRUE(m_hasHappened) << "nothing waited";
-        m_bench.Office.Pump.OnProcess = {};
-    }
-    LockedOutbox(const LockedOutbox&) = delete;
-    LockedOutbox& operator=(const LockedOutbox&) = delete;
-
-private:
-    HistoryBench& m_bench;
-    RawDatabase m_gateway;
-    bool m_hasHappened = false;
-};
-
-/// A click on the close button of the window's frame.
-void CloseFrame(QWidget& window) {
-    QCloseEvent close;
-    QSpontaneKeyEvent::setSpontaneous(&close);
-    static_cast<QObject&>(window).event(&close);
-    EXPECT_EQ(close.isAccepted(), !window.isVisible());
-}
-
-TEST_F(HistoryActions, AWindowClosedInTheMiddleOfAPassAsksNothingMore) {
-    AddOwn(0);
-    Open();
-    const LockedOutbox outbox(*this, [this] {
-        Form->DoCancel();
-        Form->reject();
-    });
-    Form->UpdateHistory(false);
-    EXPECT_TRUE(Office.Boxes.Shown.isEmpty());
-    EXPECT_FALSE(Form->isVisible());
-}
-
-TEST_F(HistoryActions, WhoeverClosesItInTheMiddleOfACancelIsObeyedWhenTheMessageIsCanceled) {
-    const QList<std::pair<const char*, std::function<void(qint32)>>> ways = {
-        {"Esc", [this](qint32) { QTest::keyClick(&Grid(), Qt::Key_Escape); }},
-        {"Close", [this](qint32) { Button("cmdClose").click(); }},
-        {"the frame", [this](qint32) { CloseFrame(*Form); }},
-        {"a double click",
-         [this](qint32 id) { QTest::mouseDClick(Grid().viewport(), Qt::LeftButton, {}, PointOf(id)); }},
-        {"the menu",
-         [this](qint32 id) {
-             Door.ExpectMenu(QStringLiteral("New Message with 'Hello...'"));
-             RightClick(id);
-         }},
-    };
-    for (const auto& [name, close] : ways) {
-        const qint32 id = AddOwn(0, 1);
-        Open();
-        Select({id});
-        Office.Boxes.Expect(BoxAnswer::Yes);
-        {
-            const LockedOutbox outbox(*this, [&, step = close] {
-                step(id);
-                EXPECT_TRUE(Form->isVisible()) << name << ": what lies under it must take no input now";
-            });
-            Button("cmdCancel").click();
-        }
-        EXPECT_FALSE(Form->isVisible()) << name;
-        EXPECT_EQ(StatusOf(*this, id), 2) << name;
-        EXPECT_TRUE(Door.Dialogs.isEmpty()) << name;
-    }
-}
-
-TEST_F(HistoryActions, WhatCouldNotBeCanceledIsToldAlsoToWhoHasClosedTheWindowMeanwhile) {
-    const qint32 taken = AddOwn(0, 10);
-    Open();
-    Office.Boxes.Expect(BoxAnswer::Yes);
-    Door.ExpectDialog([this](QDialog& dialog) {
-        EXPECT_TRUE(Form->isVisible());
-        dialog.hide();
-    });
-    SetStatus(taken, 1);
-    const LockedOutbox outbox(*this, [this] { QTest::keyClick(&Grid(), Qt::Key_Escape); });
-    Button("cmdCancel").click();
-    EXPECT_EQ(Door.Dialogs, QStringList{QStringLiteral("Larkspan Messenger - Cancel Messages")});
-    EXPECT_FALSE(Form->isVisible());
-}
-
-TEST_F(HistoryActions, AProgramThatEndsInTheMiddleOfACancelClosesTheWindowAtOnce) {
-    const qint32 id = AddOwn(0);
-    Open();
-    Office.Boxes.Expect(BoxAnswer::Yes);
-    const LockedOutbox outbox(*this, [this] {
-        EXPECT_TRUE(Form->close());
-        EXPECT_FALSE(Form->isVisible());
-    });
-    Button("cmdCancel").click();
-    EXPECT_EQ(StatusOf(*this, id), 2);
-    EXPECT_TRUE(Door.Dialogs.isEmpty());
-}
-
-TEST_F(HistoryActions, WithNothingGoingOnTheFramesCloseButtonClosesAtOnce) {
-    AddOwn(0);
-    Open();
-    CloseFrame(*Form);
     EXPECT_FALSE(Form->isVisible());
 }
 

@@ -63,6 +63,18 @@ public:
             QStringLiteral("UPDATE Message SET msgStatus = %1 WHERE msgID = %2").arg(status).arg(id));
     }
 
+    /// As it stands in the outbox.
+    [[nodiscard]] qint32 StatusOf(qint32 id) {
+        const QList<QVariantMap> rows = Office.MessageRows();
+        for (const QVariantMap& row : rows) {
+            if (row.value(QStringLiteral("msgID")).toInt() == id) {
+                return row.value(QStringLiteral("msgStatus")).toInt();
+            }
+        }
+        ADD_FAILURE() << "no message " << id;
+        return -1;
+    }
+
     [[nodiscard]] HistoryServices Services() {
         return {Office.Outbox(), History, Tracker, Host, Door, Office.Boxes, Office.Pump, Office.Time};
     }

@@ -1,4 +1,4 @@
-#include "platform_ui/SilentBus.h"
+#include "platform/SilentBus.h"
 
 #include <QByteArray>
 #include <QList>
