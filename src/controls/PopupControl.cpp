@@ -11,6 +11,7 @@
 #include <QWindow>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -28,9 +29,8 @@ QColor Mixed(const QColor& one, const QColor& other, double part) {
 /// An item as the popup paints it.
 class PopupControl::Line final : public PopupItem {
 public:
-    Line(const PopupControl& popup, const QRect& place, const QString& caption,
-         std::optional<unsigned> background)
-        : m_popup(popup), m_place(place), m_caption(caption), m_background(background) {}
+    Line(const PopupControl& popup, const QRect& place, QString caption, std::optional<unsigned> background)
+        : m_popup(popup), m_place(place), m_caption(std::move(caption)), m_background(background) {}
 
     [[nodiscard]] int Top() const override { return m_place.top(); }
     [[nodiscard]] int Width() const override { return m_place.width(); }

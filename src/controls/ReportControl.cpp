@@ -227,7 +227,7 @@ void ReportControl::DrawCells(QPainter& painter, const QStyleOptionViewItem& opt
                                   ? ink
                                   : ReportPaint::TextColourOn(ground, item.TextColour);
         const QRect text(cell.left() + CellPadding, top, cell.width() - 2 * CellPadding, line);
-        ReportPaint::DrawLine(painter, text, m_model->Column(column).Alignment.toInt(), record.TextOf(column),
+        ReportPaint::DrawLine(painter, text, m_model->Column(column).Alignment, record.TextOf(column),
                               colour);
     }
     if (m_isPreviewMode) {

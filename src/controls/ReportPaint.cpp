@@ -25,12 +25,12 @@ QColor ReportPaint::BackColourOn(const QColor& ground, const QColor& colour) {
     return IsDark(ground) || !colour.isValid() ? ground : colour;
 }
 
-void ReportPaint::DrawLine(QPainter& painter, const QRect& rect, int flags, const QString& text,
+void ReportPaint::DrawLine(QPainter& painter, const QRect& rect, Qt::Alignment alignment, const QString& text,
                            const QColor& colour) {
     if (rect.width() <= 0) {
         return;
     }
     painter.setPen(colour);
     const QString line = painter.fontMetrics().elidedText(text, Qt::ElideRight, rect.width());
-    painter.drawText(rect, flags | Qt::TextSingleLine, line);
+    painter.drawText(rect, static_cast<int>(alignment.toInt()) | Qt::TextSingleLine, line);
 }

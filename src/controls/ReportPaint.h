@@ -15,6 +15,7 @@ namespace ReportPaint {
 [[nodiscard]] QColor BackColourOn(const QColor& ground, const QColor& colour);
 
 /// One line of text, cut with an ellipsis where it does not fit. `flags` are those of QPainter::drawText.
-void DrawLine(QPainter& painter, const QRect& rect, int flags, const QString& text, const QColor& colour);
+void DrawLine(QPainter& painter, const QRect& rect, Qt::Alignment alignment, const QString& text,
+              const QColor& colour);
 
 }  // namespace ReportPaint

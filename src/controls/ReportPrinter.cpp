@@ -44,8 +44,8 @@ struct ReportPrinter::Sheet {
     QList<int> Left;  // of each column, and the right end of the last
 };
 
-ReportPrinter::ReportPrinter(const ReportControl& grid, const QString& title)
-    : m_grid(grid), m_title(title) {}
+ReportPrinter::ReportPrinter(const ReportControl& grid, QString title)
+    : m_grid(grid), m_title(std::move(title)) {}
 
 void ReportPrinter::Print(ModalDoor& door, bool isPreview) const {
     QPrinter printer(QPrinter::HighResolution);
@@ -136,8 +136,8 @@ void ReportPrinter::DrawHead(QPainter& painter, const Sheet& sheet, int page) co
     for (int column = 0; column + 1 < sheet.Left.size(); ++column) {
         const QRect cell(sheet.Left[column], sheet.Line * 2, sheet.Left[column + 1] - sheet.Left[column],
                          sheet.Line);
-        ReportPaint::DrawLine(painter, cell, m_grid.ColumnAlignment(column).toInt(),
-                              m_grid.ColumnCaption(column), Ink);
+        ReportPaint::DrawLine(painter, cell, m_grid.ColumnAlignment(column), m_grid.ColumnCaption(column),
+                              Ink);
     }
     painter.setFont(plain);
     ReportPaint::DrawLine(painter, QRect(sheet.Width - numberWidth, 0, numberWidth, sheet.Line),
@@ -165,7 +165,7 @@ void ReportPrinter::DrawRow(QPainter& painter, const Sheet& sheet, const ReportR
             image.paint(&painter, place);
         }
         const QRect text(sheet.Left[column], top, width - sheet.Line / 2, sheet.Line);
-        ReportPaint::DrawLine(painter, text, m_grid.ColumnAlignment(column).toInt(), record.TextOf(column),
+        ReportPaint::DrawLine(painter, text, m_grid.ColumnAlignment(column), record.TextOf(column),
                               item.TextColour.isValid() ? item.TextColour : Ink);
     }
     if (m_grid.IsPreviewMode()) {

@@ -16,7 +16,7 @@ struct ReportRecord;
 class ReportPrinter {
 public:
     /// The control outlives it.
-    ReportPrinter(const ReportControl& grid, const QString& title);
+    ReportPrinter(const ReportControl& grid, QString title);
 
     /// With a preview, in which the user chooses printer and paper; without one to the default printer.
     void Print(ModalDoor& door, bool isPreview) const;
