@@ -267,8 +267,9 @@ bool ComposeArea::RunPress(qint32 state, const std::function<bool()>& work) {
     if (SelectFillInMark()) {
         return false;
     }
-    // Ends before the busy state does: what it lets through must find the program busy.
-    const InputGate gate(*window(), m_services.Pump);
+    // Ends before the busy state does: what it lets through must find the program busy. The program can be
+    // ended while it asks: a dialog that is closed by that counts as canceled.
+    const InputGate gate(*window(), m_services.Pump, InputGate::Closing::Let);
     bool isDone = false;
     Trap([&] { isDone = work(); });
     return isDone;
@@ -292,6 +293,7 @@ bool ComposeArea::PassConfirmation() {
 
 void ComposeArea::Submit(const QDateTime& sendTime, bool removeSent) {
     m_services.Busy.SetAppBusyState(Busy::Sending);
+    const InputGate gate(*window(), m_services.Pump);
     const DispatchServices services{m_services.Outbox, m_services.RecipientContacts, m_services.History,
                                     m_services.Tracker, m_services.Time};
     Trap([&] { Dispatch::DoSend(services, *this, sendTime, removeSent); });

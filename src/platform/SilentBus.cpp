@@ -5,6 +5,7 @@
 #include <QtGlobal>
 
 #include <algorithm>
+#include <cerrno>
 
 #include <poll.h>
 #include <sys/socket.h>
@@ -39,16 +40,21 @@ public:
     Socket(const Socket&) = delete;
     Socket& operator=(const Socket&) = delete;
 
-    /// False if nobody listens there.
-    [[nodiscard]] bool Connect(const QByteArray& path) const {
+    /// What becomes of the call: nobody listens there, somebody takes it, or so many wait already that it is
+    /// not even taken.
+    enum class Call { Nobody, Taken, Full };
+    [[nodiscard]] Call Connect(const QByteArray& path) const {
         sockaddr_un address{};
         address.sun_family = AF_UNIX;
         if (path.isEmpty() || static_cast<size_t>(path.size()) >= sizeof(address.sun_path)) {
-            return false;
+            return Call::Nobody;
         }
         std::copy(path.cbegin(), path.cend(), address.sun_path);
-        return m_number >= 0 &&
-               connect(m_number, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) == 0;
+        if (m_number >= 0 &&
+            connect(m_number, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) == 0) {
+            return Call::Taken;
+        }
+        return m_number >= 0 && errno == EAGAIN ? Call::Full : Call::Nobody;
     }
     /// Greets as a client of a bus does; true if an answer comes in time.
     [[nodiscard]] bool IsAnswering() const {
@@ -69,7 +75,8 @@ private:
 
 void PassOverSilentSessionBus() {
     const Socket socket;
-    if (socket.Connect(SocketPath()) && !socket.IsAnswering()) {
+    const Socket::Call call = socket.Connect(SocketPath());
+    if (call == Socket::Call::Full || (call == Socket::Call::Taken && !socket.IsAnswering())) {
         qputenv(AddressName, "unix:path=/nonexistent/silent-bus");
     }
 }

@@ -36,7 +36,9 @@ QWidget* OwnerWindow() {
     }
     const QWidgetList windows = QApplication::topLevelWidgets();
     const auto shown = std::find_if(windows.cbegin(), windows.cend(), [](const QWidget* window) {
-        return window->isVisible() && window->windowType() == Qt::Window;
+        // Not the icon's own window in the tray: nobody sees what stands over it.
+        return window->isVisible() && window->windowType() == Qt::Window &&
+               !window->windowFlags().testAnyFlags(Qt::BypassWindowManagerHint | Qt::FramelessWindowHint);
     });
     return shown != windows.cend() ? *shown : nullptr;
 }

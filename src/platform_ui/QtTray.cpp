@@ -143,7 +143,7 @@ void QtTray::Activate(QSystemTrayIcon::ActivationReason reason) {
                            (reason == QSystemTrayIcon::Trigger && m_kind == Kind::Host);
     if (isOpening && m_events.OnOpen) {
         m_events.OnOpen();
-    } else if (reason == QSystemTrayIcon::Context && m_kind == Kind::Host) {
+    } else if (reason == QSystemTrayIcon::Context && m_iconWindow == nullptr) {
         AskForMenu();
     }
 }
@@ -151,8 +151,9 @@ void QtTray::Activate(QSystemTrayIcon::ActivationReason reason) {
 void QtTray::AskForMenu() {
     // Not from within the toolkit's own handling of the event: the menu may end the program.
     QTimer::singleShot(0, this, [this] {
-        if (m_events.OnMenu) {
-            m_events.OnMenu();
+        const auto onMenu = m_events.OnMenu;  // the menu may end what it belongs to
+        if (onMenu) {
+            onMenu();
         }
     });
 }

@@ -45,7 +45,8 @@ QPoint PlaceOnScreens(const QRect& frame) {
             return frame.topLeft();
         }
     }
-    const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
+    const QScreen* const first = QGuiApplication::primaryScreen();
+    const QRect room = first != nullptr ? first->availableGeometry() : frame;
     return {qMax(room.left(), qMin(frame.left(), room.right() + 1 - frame.width())),
             qMax(room.top(), qMin(frame.top(), room.bottom() + 1 - frame.height()))};
 }

@@ -33,6 +33,10 @@ TEST(PopupPlace, TheIconStaysInViewWhereWindowsMayCoverThePanel) {
     EXPECT_EQ(PopupPlace(Screen, Screen, QRect(970, 2, 24, 24), Size), QPoint(672, 26 + 8));
     EXPECT_EQ(PopupPlace(Screen, Screen, QRect(970, 772, 24, 24), Size), QPoint(672, 772 - 8 - 100));
     EXPECT_EQ(PopupPlace(Screen, Screen, QRect(2, 700, 24, 24), Size), QPoint(8, 700 - 8 - 100));
+    // A tall window and a panel at the side, the icon in its middle: beside it, and whole.
+    const QSize tall(320, 500);
+    EXPECT_EQ(PopupPlace(Screen, Screen, QRect(2, 370, 24, 24), tall), QPoint(26 + 8, 8));
+    EXPECT_EQ(PopupPlace(Screen, Screen, QRect(974, 410, 24, 24), tall), QPoint(974 - 8 - 320, 292));
 }
 
 TEST(PopupPlace, OnASmallScreenItsUpperLeftCornerStaysInView) {

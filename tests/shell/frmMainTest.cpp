@@ -261,6 +261,29 @@ TEST(FrmMain, AnOpenDialogGoesWithTheMainWindow) {
     EXPECT_FALSE(dialog.isVisible());
 }
 
+TEST(FrmMain, ClosedWhileASendAsksItEndsAndNothingIsSent) {
+    for (const char* button : {"cmdSendNow", "cmdSendLater"}) {
+        qint32 contact = 0;
+        MainWindow window([&](TestMachine& machine) {
+            contact = machine.Office.AddContact(Q("Ahern"), Q("Aoife"), Q("+353865550142"));
+            machine.Office.ExecuteOnPhonebook(Q("UPDATE Contact SET cntConfirmSend=1"));
+        });
+        window.Open();
+        window.Form->ShowGroup();
+        window.Form->AddKeysToRecipients({Keys::ContactKey(contact)});
+        window.Find<QWidget>("txtMessage")->setProperty("plainText", Q("Hello"));
+        window.Form->UpdateStateDisplay();
+        window.Machine.Door.ExpectDialog([&](QDialog& dialog) {
+            EXPECT_EQ(dialog.objectName(), Q("frmConfirmRecipient"));
+            window.Form->close();  // as the entry of the tray's menu does
+            EXPECT_TRUE(window.Machine.LogLines().contains(Q("Application Terminated"))) << button;
+        });
+        QTest::mouseClick(window.Find<QAbstractButton>(button), Qt::LeftButton);
+        EXPECT_FALSE(window.Form->isVisible()) << button;
+        EXPECT_TRUE(window.Machine.Office.MessageRows().isEmpty()) << button;
+    }
+}
+
 TEST(FrmMain, ItsPlaceAndItsDivisionAreRememberedForTheUser) {
     {
         MainWindow window;

@@ -48,9 +48,10 @@ QDateTime ReadWrittenDate(QByteArrayView text, Qt::TimeSpec spec) {
         text[16] != ':') {
         return {};
     }
-    const QDate day(DigitsAt(text, 0, 4), DigitsAt(text, 5, 2), DigitsAt(text, 8, 2));
+    const int year = DigitsAt(text, 0, 4);
+    const QDate day(year, DigitsAt(text, 5, 2), DigitsAt(text, 8, 2));
     const QTime time(DigitsAt(text, 11, 2), DigitsAt(text, 14, 2), DigitsAt(text, 17, 2));
-    return day.isValid() && time.isValid() ? QDateTime(day, time, spec) : QDateTime();
+    return year > 0 && day.isValid() && time.isValid() ? QDateTime(day, time, spec) : QDateTime();
 }
 
 /// "YYYY-MM-DD hh:mm:ss", a "T" for the blank, fractions of a second, or the day alone.

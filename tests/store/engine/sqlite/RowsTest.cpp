@@ -40,6 +40,7 @@ TEST_F(SqliteRows, ADateIsReadInEveryShapeThatOtherProgramsWrite) {
         {"2026-02-30 14:05:09", QStringLiteral("2026-02-30 14:05:09")},
         {"2026-03-07 24:05:09", QStringLiteral("2026-03-07 24:05:09")},
         {"2026-03-07 14:05:0x", QStringLiteral("2026-03-07 14:05:0x")},
+        {"20x6-03-07 14:05:09", QStringLiteral("20x6-03-07 14:05:09")},
         {"2026-O3-07 14:05:09", QStringLiteral("2026-O3-07 14:05:09")},
         {"2026/03/07 14:05:09", QDateTime(day, QTime(14, 5, 9))},
         {"soon, as we promised", QStringLiteral("soon, as we promised")},
