@@ -8,16 +8,15 @@
 /// through the toolkit, which loses a few bytes of its own then; not for anything else.
 class UncountedLeaks {
 public:
-    UncountedLeaks() {
-#if defined(__SANITIZE_ADDRESS__)
-        __lsan_disable();
-#endif
-    }
-    ~UncountedLeaks() {
-#if defined(__SANITIZE_ADDRESS__)
-        __lsan_enable();
-#endif
-    }
+    UncountedLeaks() { Count(false); }
+    ~UncountedLeaks() { Count(true); }
     UncountedLeaks(const UncountedLeaks&) = delete;
     UncountedLeaks& operator=(const UncountedLeaks&) = delete;
+
+private:
+    static void Count([[maybe_unused]] bool on) {
+#if defined(__SANITIZE_ADDRESS__)
+        on ? __lsan_enable() : __lsan_disable();
+#endif
+    }
 };

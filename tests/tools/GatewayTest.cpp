@@ -175,8 +175,10 @@ TEST_F(GatewayTest, AFailedMessageIsNotTakenAgain) {
 }
 
 TEST_F(GatewayTest, ATextOfMoreThan255PartsIsNeverHandedOver) {
-    const qint32 id = Office.AddMessage(Now(), QStringLiteral("+353209112345"), QString(67 * 256, u'Ł'));
-    const qint32 fits = Office.AddMessage(Now(), QStringLiteral("+353209112345"), QString(67 * 255, u'Ł'));
+    const qint32 id =
+        Office.AddMessage(Now(), QStringLiteral("+353209112345"), QString(qsizetype{67} * 256, u'Ł'));
+    const qint32 fits =
+        Office.AddMessage(Now(), QStringLiteral("+353209112345"), QString(qsizetype{67} * 255, u'Ł'));
     RunUntilIdle();
     EXPECT_EQ(Office.Status(id), NotSent);
     EXPECT_EQ(Office.Field(id, Name(u"msgErrorReason")).toString(),

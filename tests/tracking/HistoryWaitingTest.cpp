@@ -57,7 +57,7 @@ public:
     LockedOutbox(HistoryBench& bench, std::function<void()> happens)
         : m_bench(bench), m_gateway(bench.Office.OutboxPath()) {
         m_gateway.Execute(QStringLiteral("BEGIN EXCLUSIVE"));
-        bench.Office.Pump.OnProcess = [this, happens](int) {
+        bench.Office.Pump.OnProcess = [this, happens = std::move(happens)](int) {
             if (!std::exchange(m_hasHappened, true)) {
                 happens();
                 m_gateway.Execute(QStringLiteral("COMMIT"));
@@ -116,9 +116,9 @@ TEST_F(HistoryWaiting, WhoeverClosesItInTheMiddleOfACancelIsObeyedWhenTheMessage
         Select({id});
         Office.Boxes.Expect(BoxAnswer::Yes);
         {
-            const LockedOutbox outbox(*this, [&, step = close] {
+            const LockedOutbox outbox(*this, [&, way = name, step = close] {
                 step(id);
-                EXPECT_TRUE(Form->isVisible()) << name << ": what lies under it must take no input now";
+                EXPECT_TRUE(Form->isVisible()) << way << ": what lies under it must take no input now";
             });
             Button("cmdCancel").click();
         }
