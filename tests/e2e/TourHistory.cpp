@@ -17,18 +17,18 @@
 
 /// A message for tomorrow is taken back before the gateway gets it.
 void Tour::CancelOne() {
-    m_hand.ClickTab(QStringLiteral("tabGroup"), QStringLiteral("*"));
-    m_hand.DoubleClickRow(QStringLiteral("lvContacts"), NamesWithConfirmation(false, 5)[4]);
-    m_hand.Type(QStringLiteral("txtMessage"), QStringLiteral("Your appointment is tomorrow at ten."));
-    m_hand.WhenDialog(QStringLiteral("frmGetTime"), [] {
+    Driver::ClickTab(QStringLiteral("tabGroup"), QStringLiteral("*"));
+    Driver::DoubleClickRow(QStringLiteral("lvContacts"), NamesWithConfirmation(false, 5)[4]);
+    Driver::Type(QStringLiteral("txtMessage"), QStringLiteral("Your appointment is tomorrow at ten."));
+    Driver::WhenDialog(QStringLiteral("frmGetTime"), [] {
         auto& date = Driver::Find<QDateTimeEdit>(QStringLiteral("dtDate"));
         date.setDate(date.date().addDays(1));
         Driver::Click(QStringLiteral("cmdOK"));
     });
-    m_hand.Click(QStringLiteral("cmdSendLater"));
-    m_hand.WaitFor(QStringLiteral("an empty composition"), [] { return Recipients() == 0; });
-    m_hand.WhenDialog(QStringLiteral("frmHistory"), [this] { WorkInHistory(); });
-    m_hand.Click(QStringLiteral("cmdHistory"));
+    Driver::Click(QStringLiteral("cmdSendLater"));
+    Driver::WaitFor(QStringLiteral("an empty composition"), [] { return Recipients() == 0; });
+    Driver::WhenDialog(QStringLiteral("frmHistory"), [this] { WorkInHistory(); });
+    Driver::Click(QStringLiteral("cmdHistory"));
     if (m_newest.Items.value(0).Value != QVariant(2)) {
         throw DriverError(QStringLiteral("the message for tomorrow was not canceled"));
     }
@@ -38,13 +38,13 @@ void Tour::CancelOne() {
 void Tour::WorkInHistory() {
     auto& grid = Driver::Find<ReportControl>(QStringLiteral("rptHistory"));
     m_hand.Picture(QStringLiteral("11-history"));
-    m_hand.WhenMenu([this](QMenu& menu) {
+    Driver::WhenMenu([this](QMenu& menu) {
         m_hand.Picture(QStringLiteral("12-history-menu"));
         menu.close();
     });
     QTest::mouseClick(grid.viewport(), Qt::RightButton, {},
                       grid.visualRect(grid.model()->index(0, 2)).center());
-    m_hand.WhenDialog(QStringLiteral("MessageBox"), [this] {
+    Driver::WhenDialog(QStringLiteral("MessageBox"), [this] {
         m_hand.Picture(QStringLiteral("13-cancel"));
         auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
         box->button(QMessageBox::Yes)->click();
@@ -70,11 +70,11 @@ void Tour::SetPublicPassword(const QString& password) {
 void Tour::SeePublicHistory() {
     const QString password = QStringLiteral("harbour");
     SetPublicPassword(password);
-    m_hand.WhenDialog(QStringLiteral("frmPassword"), [this, password] {
+    Driver::WhenDialog(QStringLiteral("frmPassword"), [this, password] {
         RealInput::Do({QStringLiteral("keyup"), QStringLiteral("ctrl")});
-        m_hand.Type(QStringLiteral("txtPassword"), password);
+        Driver::Type(QStringLiteral("txtPassword"), password);
         m_hand.Picture(QStringLiteral("16-password"));
-        m_hand.WhenDialog(QStringLiteral("frmHistory"), [this] {
+        Driver::WhenDialog(QStringLiteral("frmHistory"), [this] {
             m_hand.Picture(QStringLiteral("17-public-history"));
             if (IsShown(QStringLiteral("cmdCancel")) ||
                 Driver::Find<ReportControl>(QStringLiteral("rptHistory")).RecordCount() < m_expected) {
@@ -82,10 +82,10 @@ void Tour::SeePublicHistory() {
             }
             Driver::Click(QStringLiteral("cmdClose"));
         });
-        m_hand.Press(QStringLiteral("txtPassword"), Qt::Key_Return);
+        Driver::Press(QStringLiteral("txtPassword"), Qt::Key_Return);
     });
     RealInput::Do({QStringLiteral("keydown"), QStringLiteral("ctrl")});
-    m_hand.Click(QStringLiteral("cmdHistory"));
+    Driver::Click(QStringLiteral("cmdHistory"));
     SetPublicPassword(QString());
     std::printf("    the public history opened with Ctrl and its password\n");
 }

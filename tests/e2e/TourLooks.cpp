@@ -40,20 +40,20 @@ void Tour::ShowScaled() {
     m_window.resize(900, 600);
     m_hand.PictureOf(m_window, QStringLiteral("main-window-scaled"));
     m_window.ShowAlert(false);
-    m_hand.WhenDialog(QStringLiteral("frmConfirmRecipient"),
-                      [] { Driver::Click(QStringLiteral("cmdOkay")); });
-    m_hand.Click(QStringLiteral("cmdSendNow"));
-    m_hand.WaitFor(
+    Driver::WhenDialog(QStringLiteral("frmConfirmRecipient"),
+                       [] { Driver::Click(QStringLiteral("cmdOkay")); });
+    Driver::Click(QStringLiteral("cmdSendNow"));
+    Driver::WaitFor(
         QStringLiteral("a popup that tells of messages"),
         [this] { return IsShown(QStringLiteral("pucFeedback")); }, 90);
     m_hand.Picture(QStringLiteral("popup-scaled"));
     Look::Apply(QStringLiteral("dark"));
     m_hand.Picture(QStringLiteral("popup-scaled-dark"));
-    m_hand.WhenDialog(QStringLiteral("frmHistory"), [this] {
+    Driver::WhenDialog(QStringLiteral("frmHistory"), [this] {
         m_hand.Picture(QStringLiteral("history-scaled-dark"));
         Look::Apply(QStringLiteral("light"));
         m_hand.Picture(QStringLiteral("history-scaled"));
         Driver::Click(QStringLiteral("cmdClose"));
     });
-    m_hand.Click(QStringLiteral("cmdHistory"));
+    Driver::Click(QStringLiteral("cmdHistory"));
 }

@@ -73,54 +73,54 @@ void Tour::PickPeople() {
     const QString outOfReach = NameOutOfReach();
     QStringList people = NamesWithConfirmation(false, 3);
     people.removeOne(outOfReach);
-    m_hand.ClickRow(list, people[0]);
-    m_hand.ClickRow(list, people[1], Qt::ControlModifier);
-    m_hand.ClickRow(list, outOfReach, Qt::ControlModifier);
-    m_hand.Press(list, Qt::Key_Return);
-    m_hand.WaitFor(QStringLiteral("three recipients"), [] { return Recipients() == 3; });
-    m_hand.DoubleClickRow(list, NamesWithConfirmation(true, 1)[0]);
-    m_hand.WaitFor(QStringLiteral("a fourth recipient"), [] { return Recipients() == 4; });
+    Driver::ClickRow(list, people[0]);
+    Driver::ClickRow(list, people[1], Qt::ControlModifier);
+    Driver::ClickRow(list, outOfReach, Qt::ControlModifier);
+    Driver::Press(list, Qt::Key_Return);
+    Driver::WaitFor(QStringLiteral("three recipients"), [] { return Recipients() == 3; });
+    Driver::DoubleClickRow(list, NamesWithConfirmation(true, 1)[0]);
+    Driver::WaitFor(QStringLiteral("a fourth recipient"), [] { return Recipients() == 4; });
 
     // A double click on a group's tab adds the group.
     const auto groups = mdlPhonebook::GetGroups(m_context);
     const QString group = groups->Value(u"grpName").toString();
-    m_hand.DoubleClickTab(QStringLiteral("tabGroup"), group);
-    m_hand.WaitFor(QStringLiteral("the members of ") + group, [] { return Recipients() > 4; });
+    Driver::DoubleClickTab(QStringLiteral("tabGroup"), group);
+    Driver::WaitFor(QStringLiteral("the members of ") + group, [] { return Recipients() > 4; });
     m_hand.Picture(QStringLiteral("2-recipients"));
 }
 
 void Tour::Compose() {
-    m_hand.Type(QStringLiteral("txtMessage"),
-                QStringLiteral(
-                    "Dear @FN @SN, the canteen closes at 14:00 on @TD. Please collect orders before then."));
+    Driver::Type(QStringLiteral("txtMessage"),
+                 QStringLiteral(
+                     "Dear @FN @SN, the canteen closes at 14:00 on @TD. Please collect orders before then."));
     m_hand.Picture(QStringLiteral("3-message"));
 }
 
 void Tour::SendNow() {
     m_expected += Recipients();
-    m_hand.WhenDialog(QStringLiteral("frmConfirmRecipient"), [this] {
+    Driver::WhenDialog(QStringLiteral("frmConfirmRecipient"), [this] {
         m_hand.Picture(QStringLiteral("4-confirm"));
         Driver::Click(QStringLiteral("cmdOkay"));
     });
-    m_hand.Click(QStringLiteral("cmdSendNow"));
-    m_hand.WaitFor(QStringLiteral("an empty composition"), [] { return Recipients() == 0; });
+    Driver::Click(QStringLiteral("cmdSendNow"));
+    Driver::WaitFor(QStringLiteral("an empty composition"), [] { return Recipients() == 0; });
     m_hand.Picture(QStringLiteral("5-sent"));
 }
 
 void Tour::SendAtTime() {
-    m_hand.ClickTab(QStringLiteral("tabGroup"), QStringLiteral("*"));
-    m_hand.DoubleClickRow(QStringLiteral("lvContacts"), NamesWithConfirmation(false, 4)[3]);
-    m_hand.WaitFor(QStringLiteral("one recipient"), [] { return Recipients() == 1; });
-    m_hand.Type(QStringLiteral("txtMessage"), QStringLiteral("Your parcel is at the front desk."));
+    Driver::ClickTab(QStringLiteral("tabGroup"), QStringLiteral("*"));
+    Driver::DoubleClickRow(QStringLiteral("lvContacts"), NamesWithConfirmation(false, 4)[3]);
+    Driver::WaitFor(QStringLiteral("one recipient"), [] { return Recipients() == 1; });
+    Driver::Type(QStringLiteral("txtMessage"), QStringLiteral("Your parcel is at the front desk."));
     ++m_expected;
-    m_hand.WhenDialog(QStringLiteral("frmGetTime"), [this] {
+    Driver::WhenDialog(QStringLiteral("frmGetTime"), [this] {
         m_hand.Picture(QStringLiteral("6-schedule"));
         // Due at once: a tour does not wait for an hour.
         Driver::Find<QDateTimeEdit>(QStringLiteral("dtTime")).setTime(QTime(0, 0));
         Driver::Click(QStringLiteral("cmdOK"));
     });
-    m_hand.Click(QStringLiteral("cmdSendLater"));
-    m_hand.WaitFor(QStringLiteral("an empty composition"), [] { return Recipients() == 0; });
+    Driver::Click(QStringLiteral("cmdSendLater"));
+    Driver::WaitFor(QStringLiteral("an empty composition"), [] { return Recipients() == 0; });
 }
 
 QList<SentMessage> Tour::Sent() const {
@@ -157,7 +157,7 @@ bool Tour::HasPending() const {
 }
 
 void Tour::SeeItFinal() {
-    m_hand.WaitFor(
+    Driver::WaitFor(
         QStringLiteral("every message at its final status"), [this] { return !HasPending(); }, 90);
     const QList<SentMessage> messages = Sent();
     for (const SentMessage& message : messages) {
@@ -187,14 +187,14 @@ void Tour::CheckFiles() const {
 
 void Tour::ComposeForPictures() {
     const QString list = QStringLiteral("lvContacts");
-    m_hand.ClickTab(QStringLiteral("tabGroup"), QStringLiteral("*"));
+    Driver::ClickTab(QStringLiteral("tabGroup"), QStringLiteral("*"));
     const QStringList people = NamesWithConfirmation(false, 6);
-    m_hand.ClickRow(list, people[2]);
-    m_hand.ClickRow(list, people[4], Qt::ControlModifier);
-    m_hand.Press(list, Qt::Key_Return);
-    m_hand.DoubleClickRow(list, NamesWithConfirmation(true, 1)[0]);
-    m_hand.ClickRow(list, people[5]);
-    m_hand.Type(
+    Driver::ClickRow(list, people[2]);
+    Driver::ClickRow(list, people[4], Qt::ControlModifier);
+    Driver::Press(list, Qt::Key_Return);
+    Driver::DoubleClickRow(list, NamesWithConfirmation(true, 1)[0]);
+    Driver::ClickRow(list, people[5]);
+    Driver::Type(
         QStringLiteral("txtMessage"),
         QStringLiteral("Dear @FN, the canteen closes at 14:00 on @TD. Please collect orders before then."));
 }

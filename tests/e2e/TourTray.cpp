@@ -32,26 +32,26 @@ bool Tour::IsShown(const QString& name) const {
 }
 
 void Tour::GoToTray() {
-    m_hand.WaitFor(QStringLiteral("the icon in the tray"),
-                   [this] { return m_parts.NotificationArea.IsThere(); });
-    m_hand.Click(QStringLiteral("cmdMinimize"));
-    m_hand.WaitFor(QStringLiteral("the window hidden"), [this] { return !m_window.isVisible(); });
+    Driver::WaitFor(QStringLiteral("the icon in the tray"),
+                    [this] { return m_parts.NotificationArea.IsThere(); });
+    Driver::Click(QStringLiteral("cmdMinimize"));
+    Driver::WaitFor(QStringLiteral("the window hidden"), [this] { return !m_window.isVisible(); });
 }
 
 /// The popup comes though the window is away; the menu of the icon as well.
 void Tour::SeePopupOverTray() {
-    m_hand.WaitFor(
+    Driver::WaitFor(
         QStringLiteral("a popup that tells of messages"),
         [this] { return IsShown(QStringLiteral("pucFeedback")); }, 90);
     m_hand.Picture(QStringLiteral("7-popup-over-tray"));
     bool isMenuSeen = false;
-    m_hand.WhenMenu([&](QMenu& menu) {
+    Driver::WhenMenu([&](QMenu& menu) {
         m_hand.Picture(QStringLiteral("8-tray-menu"));
         menu.close();
         isMenuSeen = true;
     });
     AtIcon(m_parts, {QStringLiteral("click"), QStringLiteral("3")});
-    m_hand.WaitFor(QStringLiteral("the menu of the icon"), [&] { return isMenuSeen; });
+    Driver::WaitFor(QStringLiteral("the menu of the icon"), [&] { return isMenuSeen; });
 }
 
 /// By a double click on the icon. A message that failed meanwhile stands in the warning.
@@ -59,12 +59,12 @@ void Tour::ComeBack() {
     AtIcon(m_parts, {QStringLiteral("sleep"), QStringLiteral("0.6"), QStringLiteral("click"),
                      QStringLiteral("--repeat"), QStringLiteral("2"), QStringLiteral("--delay"),
                      QStringLiteral("80"), QStringLiteral("1")});
-    m_hand.WaitFor(QStringLiteral("the window out of the tray"),
-                   [this] { return m_window.isVisible() && m_window.isActiveWindow(); });
-    m_hand.WaitFor(QStringLiteral("the warning"),
-                   [this] { return IsShown(QStringLiteral("lblFailureWarning")); });
+    Driver::WaitFor(QStringLiteral("the window out of the tray"),
+                    [this] { return m_window.isVisible() && m_window.isActiveWindow(); });
+    Driver::WaitFor(QStringLiteral("the warning"),
+                    [this] { return IsShown(QStringLiteral("lblFailureWarning")); });
     m_hand.Picture(QStringLiteral("9-warning"));
-    m_hand.Click(QStringLiteral("lblFailureWarning"));
+    Driver::Click(QStringLiteral("lblFailureWarning"));
     if (IsShown(QStringLiteral("lblFailureWarning"))) {
         throw DriverError(QStringLiteral("the warning stays after a click"));
     }
