@@ -43,7 +43,7 @@ int DigitsAt(QByteArrayView text, qsizetype from, int count) {
 }
 
 /// "YYYY-MM-DD hh:mm:ss", as this program writes it; invalid for any other shape.
-QDateTime ReadWrittenDate(QByteArrayView text, Qt::TimeSpec spec) {
+QDateTime ReadWrittenDate(QByteArrayView text, Qt::TimeSpec kind) {
     if (text.size() != 19 || text[4] != '-' || text[7] != '-' || text[10] != ' ' || text[13] != ':' ||
         text[16] != ':') {
         return {};
@@ -51,16 +51,16 @@ QDateTime ReadWrittenDate(QByteArrayView text, Qt::TimeSpec spec) {
     const int year = DigitsAt(text, 0, 4);
     const QDate day(year, DigitsAt(text, 5, 2), DigitsAt(text, 8, 2));
     const QTime time(DigitsAt(text, 11, 2), DigitsAt(text, 14, 2), DigitsAt(text, 17, 2));
-    return year > 0 && day.isValid() && time.isValid() ? QDateTime(day, time, spec) : QDateTime();
+    return year > 0 && day.isValid() && time.isValid() ? QDateTime(day, time, kind) : QDateTime();
 }
 
 /// "YYYY-MM-DD hh:mm:ss", a "T" for the blank, fractions of a second, or the day alone.
-QVariant ReadDate(QStringView text, Qt::TimeSpec spec) {
+QVariant ReadDate(QStringView text, Qt::TimeSpec kind) {
     constexpr qsizetype DayLength = 10;
     const QDate day = QDate::fromString(text.left(DayLength), Qt::ISODate);
     const QTime time =
         text.size() > DayLength ? QTime::fromString(text.sliced(DayLength + 1), Qt::ISODate) : QTime(0, 0);
-    return day.isValid() && time.isValid() ? QVariant(QDateTime(day, time, spec)) : QVariant(text.toString());
+    return day.isValid() && time.isValid() ? QVariant(QDateTime(day, time, kind)) : QVariant(text.toString());
 }
 
 }  // namespace
@@ -169,15 +169,15 @@ QVariant Rows::RawValue(std::size_t cell) const {
     }
 }
 
-QVariant Rows::Value(std::size_t cell, int column, Qt::TimeSpec spec) const {
+QVariant Rows::Value(std::size_t cell, int column, Qt::TimeSpec kind) const {
     const ColumnType type = m_types.at(static_cast<std::size_t>(column));
     const char tag = m_bytes[cell];
     if (type == ColumnType::Boolean && tag == Integer) {
         return RawValue(cell).toLongLong() != 0;
     }
     if (type == ColumnType::DateTime && tag == Tag::Text) {
-        const QDateTime written = ReadWrittenDate(BytesAt(cell), spec);
-        return written.date().isValid() ? QVariant(written) : ReadDate(TextAt(cell), spec);
+        const QDateTime written = ReadWrittenDate(BytesAt(cell), kind);
+        return written.date().isValid() ? QVariant(written) : ReadDate(TextAt(cell), kind);
     }
     return RawValue(cell);
 }

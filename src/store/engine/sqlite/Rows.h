@@ -39,7 +39,7 @@ public:
     void Locate(std::size_t row, std::vector<std::size_t>* cells) const;
     /// The value of a cell that Locate found, by its column's type; null, bool, qint64, double, QString or
     /// QDateTime, of the given kind of time.
-    [[nodiscard]] QVariant Value(std::size_t cell, int column, Qt::TimeSpec spec = Qt::LocalTime) const;
+    [[nodiscard]] QVariant Value(std::size_t cell, int column, Qt::TimeSpec kind = Qt::LocalTime) const;
     /// The value as text; the empty text for a null.
     [[nodiscard]] QString Text(std::size_t cell, int column) const;
     /// A value as it lies in the file, dates and booleans undecoded.
