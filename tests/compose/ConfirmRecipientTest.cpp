@@ -2,22 +2,11 @@
 
 #include "compose/frmConfirmRecipient.h"
 #include "controls/ModalDoor.h"
+#include "support/PaintCount.h"
 
 #include <QTimer>
 
 namespace {
-
-/// Counts how often what it is installed on is painted.
-class PaintCounter final : public QObject {
-public:
-    int Count = 0;
-
-protected:
-    bool eventFilter(QObject*, QEvent* event) override {
-        Count += event->type() == QEvent::Paint ? 1 : 0;
-        return false;
-    }
-};
 
 class ConfirmRecipientTest : public ComposeBench {
 protected:
@@ -66,8 +55,7 @@ TEST_F(ConfirmRecipientTest, OnlyTheRecipientsThatWantConfirmationAreShownAndTic
 }
 
 TEST_F(ConfirmRecipientTest, TheWindowIsPaintedAnewBeforeEventsAreLetThrough) {
-    PaintCounter paints;
-    Window.installEventFilter(&paints);
+    PaintCount paints(Window);
     Door.ExpectDialog([&](QDialog& dialog) {
         Press(dialog, "cmdCancel");
         paints.Count = 0;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "e2e/RealProgram.h"
+#include "e2e/Trayer.h"
 
 #include <QProcessEnvironment>
 #include <QThread>
@@ -109,12 +110,7 @@ private:
 /// An old tray, in which programs embed a window.
 class EmbeddingTray {
 public:
-    EmbeddingTray()
-        : m_process(QStringLiteral("trayer"),
-                    {QStringLiteral("--edge"), QStringLiteral("top"), QStringLiteral("--align"),
-                     QStringLiteral("right"), QStringLiteral("--widthtype"), QStringLiteral("pixel"),
-                     QStringLiteral("--width"), QStringLiteral("120"), QStringLiteral("--height"),
-                     QStringLiteral("28")}) {}
+    EmbeddingTray() : m_process(QStringLiteral("trayer"), TrayerArguments()) {}
     void Die() { m_process.Stop(); }
 
 private:

@@ -11,6 +11,7 @@
 #include "app/CommandLine.h"
 #include "app/EntryRoutine.h"
 #include "app/RealMachine.h"
+#include "e2e/Trayer.h"
 #include "platform/Drives.h"
 #include "platform/Folders.h"
 #include "shell/Application.h"
@@ -31,11 +32,7 @@ class TrayOfScreen {
 public:
     TrayOfScreen() {
         m_process.setStandardErrorFile(QProcess::nullDevice());
-        m_process.start(QStringLiteral("trayer"),
-                        {QStringLiteral("--edge"), QStringLiteral("top"), QStringLiteral("--align"),
-                         QStringLiteral("right"), QStringLiteral("--widthtype"), QStringLiteral("pixel"),
-                         QStringLiteral("--width"), QStringLiteral("120"), QStringLiteral("--height"),
-                         QStringLiteral("28")});
+        m_process.start(QStringLiteral("trayer"), TrayerArguments());
     }
     ~TrayOfScreen() {
         m_process.kill();

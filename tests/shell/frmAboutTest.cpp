@@ -2,6 +2,7 @@
 
 #include "shell/MainWindow.h"
 #include "shell/frmSplash.h"
+#include "support/PaintCount.h"
 
 #include <QLabel>
 #include <QPushButton>
@@ -13,18 +14,6 @@ namespace {
 QString Q(const char* text) {
     return QString::fromLatin1(text);
 }
-
-/// Counts how often a widget is painted.
-class PaintCount final : public QObject {
-public:
-    int Count = 0;
-
-protected:
-    bool eventFilter(QObject*, QEvent* event) override {
-        Count += event->type() == QEvent::Paint ? 1 : 0;
-        return false;
-    }
-};
 
 QString TextOf(const QWidget& form, const char* name) {
     const auto* label = form.findChild<QLabel*>(Q(name));
@@ -116,11 +105,11 @@ TEST(FrmAbout, TheAboutButtonShowsItModallyOverTheMainWindow) {
 TEST(FrmAbout, AfterItTheMainWindowIsPaintedBeforeEventsArePassedOn) {
     MainWindow window;
     window.Open();
-    PaintCount paints;
+    PaintCount paints(*window.Form);
     int atPump = 0;
     window.Machine.Door.ExpectDialog([&](QDialog& dialog) {
         QCoreApplication::processEvents();
-        window.Form->installEventFilter(&paints);
+        paints.Count = 0;
         window.Machine.Office.Pump.OnProcess = [&](int) { atPump = paints.Count; };
         dialog.hide();
     });
