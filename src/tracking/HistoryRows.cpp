@@ -83,8 +83,8 @@ void ForEachRow(engine::Recordset& rows, Step&& step) {
 /// A row of the own history on its way to the grid.
 struct HistoryRows::OwnRow {
     qint32 MessageID = 0;
-    QVariant SendTime;
     ReportRecord Record;
+    [[nodiscard]] const QVariant& SendTime() const { return Record.Items[TimeColumn].Value; }
 };
 
 HistoryRows::HistoryRows(ReportControl& grid, const OutboxState& outbox, const Clock& clock)
@@ -169,8 +169,8 @@ void HistoryRows::AddOwnRows(engine::Recordset& rows) {
     };
     ForEachRow(rows, [&](const MessageRow& row) {
         const qint32 messageID = row.ID();
-        OwnRow own{messageID, row.SendTime(), RecordOf(row, messageID, row.State())};
-        if (!sameTime.empty() && sameTime.front().SendTime != own.SendTime) {
+        OwnRow own{messageID, RecordOf(row, messageID, row.State())};
+        if (!sameTime.empty() && sameTime.front().SendTime() != own.SendTime()) {
             addThese();
         }
         sameTime.push_back(std::move(own));
