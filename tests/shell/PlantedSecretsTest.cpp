@@ -37,7 +37,9 @@ TEST_F(PlantedSecrets, WhatLeaksIsFoundAlsoInAFileThatLivesForAMoment) {
     window.setWindowTitle(QString());
     QProcess other;
     other.start(Q("cat"), {Q("-"), m_secrets[3].Password});  // waits for its input
-    ASSERT_TRUE(other.waitForStarted());
+    // A process that has just started is in the list before its command line is: it has one when it answers.
+    other.write("here");
+    ASSERT_TRUE(other.waitForReadyRead());
     const QString found = m_outside.Findings().join(u'\n');
     other.kill();
     other.waitForFinished();
