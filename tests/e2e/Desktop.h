@@ -40,7 +40,9 @@ public:
         // Looked for anew each time: the splash, which comes first, has the same title.
         Driver::WaitFor(QStringLiteral("the window in front"), [this] {
             const QString window = Window();
-            return !window.isEmpty() && RealInput::Output({QStringLiteral("getactivewindow")}) == window;
+            // The window manager may name a window that is gone, whose number the next one has again.
+            return !window.isEmpty() && RealInput::Output({QStringLiteral("getactivewindow")}) == window &&
+                   RealInput::Output({QStringLiteral("getwindowfocus"), QStringLiteral("-f")}) == window;
         });
     }
     /// The number of its window in the tray, or empty: the small one.
@@ -96,8 +98,13 @@ public:
         m_process.kill();
         m_process.waitForFinished();
     }
+    /// Throws DriverError if no line comes.
     [[nodiscard]] QString ReadLine() {
-        while (!m_process.canReadLine() && m_process.waitForReadyRead(5000)) {
+        constexpr int Patience = 60000;  // ms
+        while (!m_process.canReadLine()) {
+            if (!m_process.waitForReadyRead(Patience)) {
+                throw DriverError(m_process.program() + QStringLiteral(" says nothing"));
+            }
         }
         return QString::fromUtf8(m_process.readLine()).trimmed();
     }

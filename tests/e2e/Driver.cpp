@@ -20,7 +20,7 @@ namespace {
 
 constexpr int DialogPatience = 20000;
 const QString WatchName = QStringLiteral("DriverWatch");
-constexpr int SettlePatience = 5000;
+constexpr int SettlePatience = 60000;
 /// Turns of the event loop without a change after which nothing more is on its way.
 constexpr int QuietTurns = 3;
 

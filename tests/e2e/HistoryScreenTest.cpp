@@ -71,7 +71,7 @@ TEST_F(HistoryOnTheScreen, TheTraysCloseEndsTheProgram) {
 
 TEST_F(HistoryOnTheScreen, TheTraysCloseEndsTheProgramWhileAQuestionStands) {
     Press("alt+l");
-    EXPECT_EQ(TitleInFront(), Q("Larkspan Messenger"));
+    Driver::WaitFor(Q("the question"), [] { return TitleInFront() == Q("Larkspan Messenger"); });
     CloseFromTheTray();
     EXPECT_EQ(QFile(HistoryPath()).size(), 1069) << "nobody has said Yes to clearing it";
 }

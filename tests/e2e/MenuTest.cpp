@@ -26,6 +26,7 @@ void ChooseByKeyboard(QMenu& menu, const QString& text) {
     const auto entries = menu.actions().size();
     for (qsizetype i = 0; i <= entries && TextOf(menu.activeAction()) != text; ++i) {
         RealInput::Do({Q("key"), Q("Down")});
+        Driver::Settle();
     }
     const bool isThere = TextOf(menu.activeAction()) == text;
     EXPECT_TRUE(isThere) << "no entry " << text.toStdString() << " that the keyboard reaches";

@@ -59,8 +59,7 @@ TEST_F(PopupOnTheScreen, ItStandsAboveAWindowThatComesUpLaterAndLeavesItTheKeybo
     Driver::WaitFor(Q("the other window"), [&] { return other.isActiveWindow(); });
     for (int turn = 0; turn < 2; ++turn) {
         RealInput::Do({Q("windowraise"), QString::number(other.winId())});
-        Driver::WaitFor(
-            Q("the popup above it"), [this] { return IsSeen(); }, 5);
+        Driver::WaitFor(Q("the popup above it"), [this] { return IsSeen(); });
     }
     EXPECT_TRUE(other.geometry().contains(Middle())) << "they do not meet";
     RealInput::Do({Q("type"), Q("a")});
@@ -74,10 +73,11 @@ TEST_F(PopupOnTheScreen, AWindowThatIsPutAboveItPastTheWindowManagerStaysThereFo
     QWidget cover(nullptr, Qt::X11BypassWindowManagerHint);
     cover.setGeometry(m_popup.geometry().adjusted(-20, -20, 5, 5));
     cover.show();
-    cover.raise();
-    Driver::WaitFor(Q("the popup covered"), [this] { return !IsSeen(); });
-    Driver::WaitFor(
-        Q("the popup above it"), [this] { return IsSeen(); }, 5);
+    Driver::WaitFor(Q("the popup covered"), [&] {
+        cover.raise();
+        return !IsSeen();
+    });
+    Driver::WaitFor(Q("the popup above it"), [this] { return IsSeen(); });
 }
 
 TEST_F(PopupOnTheScreen, ItStandsInTheCornerOfTheTrayAndWithoutOneInTheLowerRight) {

@@ -7,6 +7,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+
 /// The mouse and the keyboard of the virtual screen.
 namespace RealInput {
 
@@ -20,11 +22,48 @@ inline void Do(const QStringList& arguments) {
     }
 }
 
-inline QString Output(const QStringList& arguments) {
+/// What a tool of the screen prints; empty if it fails, for example at a window that is gone. Throws
+/// DriverError if it does not end.
+inline QString Print(const QString& program, const QStringList& arguments, QByteArray& errors) {
+    constexpr int Patience = 60000;  // ms
     QProcess tool;
-    tool.start(QStringLiteral("xdotool"), arguments);
-    tool.waitForFinished(5000);
+    tool.start(program, arguments);
+    if (!tool.waitForFinished(Patience)) {
+        throw DriverError(program + QStringLiteral(" does not end"));
+    }
+    errors = tool.readAllStandardError();
     return QString::fromLatin1(tool.readAllStandardOutput()).trimmed();
+}
+
+inline QString Output(const QStringList& arguments) {
+    constexpr int Searches = 50;
+    QByteArray errors;
+    // A search finds nothing at all if any window of the screen goes while it looks round.
+    for (int search = 0; search < Searches; ++search) {
+        const QString printed = Print(QStringLiteral("xdotool"), arguments, errors);
+        if (arguments.value(0) != u"search" || !errors.contains("X Error")) {
+            return printed;
+        }
+    }
+    throw DriverError(QStringLiteral("xdotool search: ") + QString::fromLatin1(errors));
+}
+
+/// A gesture that has to be quick, which a machine that is busy elsewhere may tear apart: a person would do
+/// it again. Throws DriverError if `isDone` does not come true after some times either.
+inline void Repeat(const QString& what, const std::function<void()>& gesture,
+                   const std::function<bool()>& isDone) {
+    constexpr int Times = 3;
+    constexpr int Patience = 7;  // s
+    for (int time = 1; time < Times; ++time) {
+        gesture();
+        try {
+            Driver::WaitFor(what, isDone, Patience);
+            return;
+        } catch (const DriverError&) {
+        }
+    }
+    gesture();
+    Driver::WaitFor(what, isDone);
 }
 
 inline void Drag(const QPoint& from, const QPoint& to) {

@@ -56,11 +56,14 @@ void Tour::SeePopupOverTray() {
 
 /// By a double click on the icon. A message that failed meanwhile stands in the warning.
 void Tour::ComeBack() {
-    AtIcon(m_parts, {QStringLiteral("sleep"), QStringLiteral("0.6"), QStringLiteral("click"),
-                     QStringLiteral("--repeat"), QStringLiteral("2"), QStringLiteral("--delay"),
-                     QStringLiteral("80"), QStringLiteral("1")});
-    Driver::WaitFor(QStringLiteral("the window out of the tray"),
-                    [this] { return m_window.isVisible() && m_window.isActiveWindow(); });
+    RealInput::Repeat(
+        QStringLiteral("the window out of the tray"),
+        [this] {
+            AtIcon(m_parts, {QStringLiteral("sleep"), QStringLiteral("0.6"), QStringLiteral("click"),
+                             QStringLiteral("--repeat"), QStringLiteral("2"), QStringLiteral("--delay"),
+                             QStringLiteral("80"), QStringLiteral("1")});
+        },
+        [this] { return m_window.isVisible() && m_window.isActiveWindow(); });
     Driver::WaitFor(QStringLiteral("the warning"),
                     [this] { return IsShown(QStringLiteral("lblFailureWarning")); });
     m_hand.Picture(QStringLiteral("9-warning"));

@@ -16,19 +16,14 @@ protected:
         Program.WaitForWindow();
         Window = Program.Window();
     }
-    void Hide() const {
-        PressToTray(Program);
-        EXPECT_EQ(StateOf(Window), QString()) << "it is to be hidden, not minimised";
-    }
+    void Hide() const { PressToTray(Program, Window); }
     void WaitForEntries(const QString& entries) {
         Driver::WaitFor(entries, [&] { return Host.Ask(Q("menu")) == entries; });
     }
     void Choose(const QString& entry) {
         Driver::WaitFor(entry, [&] { return Host.Ask(Q("choose ") + entry) == Q("done"); });
     }
-    void WaitUntilMinimised() const {
-        Driver::WaitFor(Q("the window in the task bar"), [&] { return StateOf(Window) == Q("Iconic"); });
-    }
+    void WaitUntilMinimised() const { WaitForState(Window, "Iconic"); }
 
     SessionBus Bus;
     HostTray Host{Bus};
@@ -90,8 +85,7 @@ TEST_F(InHostTray, AHostThatLeavesGivesTheHiddenWindowBackMinimisedAndTakesItAga
     WaitUntilMinimised();
     StartAgain(Office, Bus.Address);
     Program.WaitForWindow();
-    PressToTray(Program);
-    EXPECT_EQ(StateOf(Window), Q("Iconic")) << "nobody shows the icon";
+    PressToTray(Program, Window, "Iconic");  // nobody shows the icon
     StartAgain(Office, Bus.Address);
     Program.WaitForWindow();
     EXPECT_EQ(Host.Ask(Q("come")), Q("done"));
@@ -121,10 +115,9 @@ TEST(HostTray, WhenItDiesTheHiddenWindowComesBackMinimisedAndTheNextHostGetsTheI
     WaitForItem(*host);
     program.WaitForWindow();
     const QString window = program.Window();
-    PressToTray(program);
-    EXPECT_EQ(StateOf(window), QString());
+    PressToTray(program, window);
     host->Die();
-    Driver::WaitFor(Q("the window in the task bar"), [&] { return StateOf(window) == Q("Iconic"); });
+    WaitForState(window, "Iconic");
     host = std::make_unique<HostTray>(bus);
     WaitForItem(*host);
     StartAgain(office, bus.Address);
@@ -139,6 +132,5 @@ TEST(HostTray, ThatComesLateGetsTheItem) {
     HostTray host(bus);
     WaitForItem(host);
     const QString window = program.Window();
-    PressToTray(program);
-    EXPECT_EQ(StateOf(window), QString());
+    PressToTray(program, window);
 }

@@ -13,18 +13,22 @@ inline QString Q(const char* text) {
 const QString ShowEntry = QStringLiteral("Show Larkspan Messenger");
 const QString CloseEntry = QStringLiteral("Close Larkspan Messenger");
 
-/// "Normal" or "Iconic" as the window manager has it; empty for a window that is hidden altogether.
+/// "Normal" or "Iconic" as the window manager has it, "hidden" for a window that it has nothing to do with;
+/// empty if there is no such window.
 inline QString StateOf(const QString& window) {
-    QProcess xprop;
-    xprop.start(Q("xprop"), {Q("-id"), window, Q("WM_STATE")});
-    xprop.waitForFinished(5000);
-    const QString said = QString::fromLatin1(xprop.readAllStandardOutput());
+    QByteArray errors;
+    const QString said = RealInput::Print(Q("xprop"), {Q("-id"), window, Q("WM_STATE")}, errors);
     for (const char* state : {"Normal", "Iconic"}) {
         if (said.contains(Q("window state: ") + Q(state))) {
             return Q(state);
         }
     }
-    return {};
+    return said.contains(Q("not found")) || said.contains(Q("Withdrawn")) ? Q("hidden") : QString();
+}
+
+/// The window manager hears of it a moment after the window has gone from the screen.
+inline void WaitForState(const QString& window, const char* state) {
+    Driver::WaitFor(Q("the window ") + Q(state), [&] { return StateOf(window) == Q(state); });
 }
 
 /// Position and size, as a text to compare.
@@ -32,11 +36,12 @@ inline QString PlaceOf(const QString& window) {
     return RealInput::Output({Q("getwindowgeometry"), window});
 }
 
-/// By the button's shortcut; waits until the window is hidden or minimised.
-inline void PressToTray(const Started& program) {
+/// By the button's shortcut; waits until the window has gone, and the window manager has it in this state.
+inline void PressToTray(const Started& program, const QString& window, const char* state = "hidden") {
     program.WaitForWindow();
     RealInput::Do({Q("key"), Q("alt+t")});
     Driver::WaitFor(Q("the window put away"), [&] { return program.Window().isEmpty(); });
+    WaitForState(window, state);
 }
 
 inline void WaitForEnd(const Started& program) {

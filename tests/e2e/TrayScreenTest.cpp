@@ -54,10 +54,9 @@ void Maximise(WindowHandle window) {
 }
 
 bool IsMaximised(const QString& window) {
-    QProcess xprop;
-    xprop.start(Q("xprop"), {Q("-id"), window, Q("_NET_WM_STATE")});
-    xprop.waitForFinished(5000);
-    return xprop.readAllStandardOutput().contains("MAXIMIZED_VERT");
+    QByteArray errors;
+    return RealInput::Print(Q("xprop"), {Q("-id"), window, Q("_NET_WM_STATE")}, errors)
+        .contains(Q("MAXIMIZED_VERT"));
 }
 
 /// The program with an old tray, in which it has its icon.
@@ -78,15 +77,20 @@ protected:
     void WaitForMenu() const {
         Driver::WaitFor(Q("the menu"), [&] { return Menus() == 1; });
     }
-    void WaitForNoMenu() const {
+    void CloseMenu() const {
+        RealInput::Do({Q("key"), Q("Escape")});
         Driver::WaitFor(Q("the menu gone"), [&] { return Menus() == 0; });
     }
-    void Hide() const {
-        PressToTray(Program);
-        EXPECT_EQ(StateOf(Window), QString()) << "it is to be hidden, not minimised";
-    }
-    void DoubleClickIcon() const {
-        AtIcon(Icon, {Q("click"), Q("--repeat"), Q("2"), Q("--delay"), Q("80"), Q("1")});
+    void Hide() const { PressToTray(Program, Window); }
+    void ShowByDoubleClick() const {
+        RealInput::Repeat(
+            Q("the window"),
+            [this] {
+                AtIcon(Icon, {Q("sleep"), Q("0.6"), Q("click"), Q("--repeat"), Q("2"), Q("--delay"), Q("80"),
+                              Q("1")});
+            },
+            [this] { return !Program.Window().isEmpty(); });
+        Program.WaitForWindow();
     }
 
     EmbeddingTray Tray;
@@ -103,13 +107,10 @@ TEST_F(InEmbeddingTray, ADoubleClickOnTheIconBringsTheHiddenWindowBackToItsPlace
     Hide();
     AtIcon(Icon, {Q("click"), Q("1"), Q("sleep"), Q("1.2")});
     EXPECT_TRUE(Program.Window().isEmpty()) << "a single click does nothing here";
-    DoubleClickIcon();
-    Program.WaitForWindow();
+    ShowByDoubleClick();
     WaitForPlace(Window, place);
     Hide();
-    AtIcon(Icon, {Q("sleep"), Q("0.6")});
-    DoubleClickIcon();
-    Program.WaitForWindow();
+    ShowByDoubleClick();
     WaitForPlace(Window, place);
 }
 
@@ -141,10 +142,18 @@ TEST_F(InEmbeddingTray, AReleaseBesideTheIconBringsNoMenu) {
 TEST_F(InEmbeddingTray, ASecondRightClickAtOnceBringsTheMenuAgain) {
     AtIcon(Icon, {Q("click"), Q("3")});
     WaitForMenu();
-    RealInput::Do({Q("key"), Q("Escape")});
-    WaitForNoMenu();
-    AtIcon(Icon, {Q("sleep"), Q("0.6"), Q("click"), Q("3"), Q("key"), Q("Escape"), Q("click"), Q("3")});
-    WaitForMenu();
+    CloseMenu();
+    // Two clicks so near each other that they make a double click.
+    RealInput::Repeat(
+        Q("the menu"),
+        [this] {
+            if (Menus() > 0) {
+                CloseMenu();
+            }
+            AtIcon(Icon, {Q("sleep"), Q("0.6"), Q("click"), Q("3"), Q("sleep"), Q("0.1"), Q("key"),
+                          Q("Escape"), Q("sleep"), Q("0.1"), Q("click"), Q("3")});
+        },
+        [this] { return Menus() == 1; });
 }
 
 TEST_F(InEmbeddingTray, TheRightButtonChoosesNothingInTheMenuAndTheLeftOneDoes) {
@@ -211,7 +220,7 @@ TEST_F(InEmbeddingTray, WhenItDiesTheHiddenWindowComesBackMinimisedAndTheNextTra
     const QString place = MoveAway(Window);
     Hide();
     Tray.Die();
-    Driver::WaitFor(Q("the window in the task bar"), [&] { return StateOf(Window) == Q("Iconic"); });
+    WaitForState(Window, "Iconic");
     StartAgain(Office);
     Program.WaitForWindow();
     WaitForPlace(Window, place);
@@ -230,8 +239,7 @@ TEST(EmbeddingTray, ThatComesLateTakesTheIcon) {
     const EmbeddingTray tray;
     WaitForIcon(program);
     const QString window = program.Window();
-    PressToTray(program);
-    EXPECT_EQ(StateOf(window), QString());
+    PressToTray(program, window);
 }
 
 TEST_F(InEmbeddingTray, AMaximisedWindowComesBackMaximisedAtADoubleClickAndAtASecondStart) {
@@ -239,8 +247,7 @@ TEST_F(InEmbeddingTray, AMaximisedWindowComesBackMaximisedAtADoubleClickAndAtASe
     Driver::WaitFor(Q("the window maximised"), [&] { return IsMaximised(Window); });
     const QString place = PlaceOf(Window);
     Hide();
-    DoubleClickIcon();
-    Program.WaitForWindow();
+    ShowByDoubleClick();
     Driver::WaitFor(Q("the window maximised again"), [&] { return IsMaximised(Window); });
     WaitForPlace(Window, place);
     Hide();
@@ -255,8 +262,7 @@ TEST(NoTray, TheWindowIsMinimisedAndASecondStartBringsItBack) {
     const Started program(office);
     program.WaitForWindow();
     const QString window = program.Window();
-    PressToTray(program);
-    EXPECT_EQ(StateOf(window), Q("Iconic"));
+    PressToTray(program, window, "Iconic");
     StartAgain(office);
     program.WaitForWindow();
 }
@@ -282,5 +288,5 @@ TEST(NoTray, WithoutASessionBusTheProgramStartsWithoutWaiting) {
     time.start();
     const Started program(office, office.Root.filePath(Q("nobody")).prepend(Q("unix:path=")));
     program.WaitForWindow();
-    EXPECT_LT(time.elapsed(), 10000);
+    EXPECT_LT(time.elapsed(), 20000);  // a call that nobody answers is given up after 25 s
 }
