@@ -27,10 +27,10 @@ function(larkspan_test name)
     set(labels LABELS "${ARG_LABELS}")
   endif()
   gtest_discover_tests(${name}
-    DISCOVERY_TIMEOUT 120
+    DISCOVERY_TIMEOUT 600
     DISCOVERY_MODE PRE_TEST
     PROPERTIES TIMEOUT ${ARG_TIMEOUT}
-               ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QT_LOGGING_RULES=qt.qpa.*=false"
+               ENVIRONMENT QT_QPA_PLATFORM=offscreen
                ${labels})
 endfunction()
 include(GoogleTest)

@@ -116,7 +116,7 @@ protected:
         Press(way);
         if (way % WaysWithAButton == WaysWithAButton - 1) {
             // A shortcut shows the button pressed for a moment before it clicks.
-            ASSERT_TRUE(QTest::qWaitFor([this] { return !m_isHeld; }));
+            ASSERT_TRUE(QTest::qWaitFor([this] { return !m_isHeld; }, 30000));
         }
         if (m_isEnterDown) {
             Key(ButtonOf(way), QEvent::KeyRelease, Qt::Key_Return, false);

@@ -2,6 +2,7 @@
 #include "store/engine/sqlite/OfficeFiles.h"
 #include "support/MemoryFolder.h"
 
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
@@ -27,10 +28,12 @@ QStringList LinesOf(const QByteArray& bytes) {
 class CancelRace : public ::testing::Test {
 protected:
     QTemporaryDir m_folder{MemoryFolder(QStringLiteral("larkspan-race"))};
+    int m_round = 0;
     QHash<qint32, int> m_statuses;
 
+    /// In the folder of this round.
     [[nodiscard]] QString Path(const char* name) const {
-        return m_folder.filePath(QString::fromLatin1(name));
+        return m_folder.filePath(QString::number(m_round) + u'/' + QString::fromLatin1(name));
     }
     [[nodiscard]] QString Outbox() const { return Path("smsmessages.mdb"); }
 
@@ -43,6 +46,8 @@ protected:
         sqlite3_close(database);
     }
     void Fill() {
+        QDir(m_folder.path()).mkpath(QString::number(m_round));
+        m_statuses.clear();
         OfficeFiles::CreateOutboxFile(Outbox());
         Execute(
             "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 10000) "
@@ -69,30 +74,38 @@ protected:
         }
         return ids;
     }
+    /// Both processes on a fresh outbox; what the user was told.
+    void Race(QByteArray& told) {
+        Fill();
+        QProcess gateway;
+        gateway.setStandardOutputFile(QProcess::nullDevice());
+        gateway.start(
+            QStringLiteral(GATEWAY),
+            {Path(""), QStringLiteral("--quiet"), QStringLiteral("--until-idle"), QStringLiteral("--delay"),
+             QStringLiteral("0"), QStringLiteral("--journal"), Path("gateway.journal")});
+        QProcess user;
+        user.start(QStringLiteral(HAMMER_CANCEL_RACE), {Outbox(), Path("")});
+        ASSERT_TRUE(user.waitForFinished(300000)) << "the user's process hung";
+        EXPECT_EQ(user.exitCode(), 0);
+        ASSERT_TRUE(gateway.waitForFinished(300000)) << "the gateway hung";
+        EXPECT_EQ(gateway.exitCode(), 0);
+        ReadStatuses();
+        ASSERT_EQ(m_statuses.size(), Messages);
+        told = user.readAllStandardOutput();
+    }
+    void RunRound();
+
+    bool m_haveMet = false;  // both had their share, and tried the same message
 };
 
-TEST_F(CancelRace, OfTenThousandMessagesEachIsEitherCanceledOrSentAndTheUserIsToldWhich) {
-    Fill();
+void CancelRace::RunRound() {
     QElapsedTimer time;
     time.start();
-    QProcess gateway;
-    gateway.setStandardOutputFile(QProcess::nullDevice());
-    gateway.start(QStringLiteral(GATEWAY),
-                  {m_folder.path(), QStringLiteral("--quiet"), QStringLiteral("--until-idle"),
-                   QStringLiteral("--delay"), QStringLiteral("0"), QStringLiteral("--journal"),
-                   Path("gateway.journal")});
-    QProcess user;
-    user.start(QStringLiteral(HAMMER_CANCEL_RACE), {Outbox(), m_folder.path()});
-    ASSERT_TRUE(user.waitForFinished(300000)) << "the user's process hung";
-    EXPECT_EQ(user.exitCode(), 0);
-    ASSERT_TRUE(gateway.waitForFinished(300000)) << "the gateway hung";
-    EXPECT_EQ(gateway.exitCode(), 0);
-    ReadStatuses();
-    ASSERT_EQ(m_statuses.size(), Messages);
-
+    QByteArray told;
+    Race(told);
     QSet<qint32> canceled;
     QSet<qint32> refused;
-    for (const QString& line : LinesOf(user.readAllStandardOutput())) {
+    for (const QString& line : LinesOf(told)) {
         const qint32 id = line.section(u' ', 1, 1).toInt();
         (line.startsWith(u'c') ? canceled : refused).insert(id);
     }
@@ -111,13 +124,18 @@ TEST_F(CancelRace, OfTenThousandMessagesEachIsEitherCanceledOrSentAndTheUserIsTo
     for (const qint32 id : refused) {
         EXPECT_TRUE(sent.contains(id)) << "refused, and not sent either: " << id;
     }
-    // Both must have had their share, or there was no race.
-    EXPECT_GT(canceled.size(), 10);
-    EXPECT_GT(sent.size(), 10);
-    EXPECT_GT(refused.size(), 0) << "they never met on one message";
+    m_haveMet = canceled.size() > 10 && sent.size() > 10 && !refused.isEmpty();
     std::printf("    %d messages in %.1f s: %d canceled, %d sent, %d refused to the user\n", Messages,
                 static_cast<double>(time.elapsed()) / 1000.0, static_cast<int>(canceled.size()),
                 static_cast<int>(sent.size()), static_cast<int>(refused.size()));
+}
+
+TEST_F(CancelRace, OfTenThousandMessagesEachIsEitherCanceledOrSentAndTheUserIsToldWhich) {
+    // It is no race where one of the two comes so late that the other has done everything.
+    for (m_round = 1; m_round <= 5 && !m_haveMet && !HasFailure(); ++m_round) {
+        RunRound();
+    }
+    EXPECT_TRUE(m_haveMet || HasFailure()) << "the two never met";
 }
 
 }  // namespace

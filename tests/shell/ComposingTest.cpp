@@ -107,7 +107,8 @@ TEST(Polling, StartsWithTheFirstImmediateSendForTheScheduledMessagesToo) {
     int ticks = 0;
     QObject::connect(&witness, &QTimer::timeout, &witness, [&ticks] { ++ticks; });
     witness.start(timer->interval());
-    ASSERT_TRUE(QTest::qWaitFor([&ticks] { return ticks == 20; }));  // as many as the other would have had
+    ASSERT_TRUE(
+        QTest::qWaitFor([&ticks] { return ticks >= 20; }, 60000));  // as many as the other would have had
     EXPECT_TRUE(sink.Final.isEmpty()) << "nobody asks yet";
     EXPECT_FALSE(tracker.NextCheck().isValid());
 
@@ -115,12 +116,12 @@ TEST(Polling, StartsWithTheFirstImmediateSendForTheScheduledMessagesToo) {
     window->Find<MessageEdit>("txtMessage")->SetText(Q("now"));
     QTest::mouseClick(window->Find<QPushButton>("cmdSendNow"), Qt::LeftButton);
     EXPECT_TRUE(timer->isActive());
-    ASSERT_TRUE(QTest::qWaitFor([&] { return sink.Final.size() == 1; }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return sink.Final.size() == 1; }, 60000));
     EXPECT_EQ(sink.Final.value(1), 5) << "the scheduled one";
 
     office.ExecuteOnOutbox(Q("UPDATE Message SET msgStatus = 6 WHERE msgID = 2"));
     office.Time.Time = office.Time.Time.addSecs(tracker.RefreshInterval);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return sink.Final.size() == 2; }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return sink.Final.size() == 2; }, 60000));
     EXPECT_EQ(sink.Final.value(2), 6);
     EXPECT_EQ(tracker.SlotAt(0).msgID + tracker.SlotAt(1).msgID, 0);
     tracker.SetSink(nullptr);

@@ -17,9 +17,9 @@
 
 namespace {
 
-constexpr int Pace = 30;         // ms between two looks at the window
-constexpr int Patience = 30000;  // ms for everything
-constexpr int GivenUp = 99;      // exit code
+constexpr int Pace = 30;          // ms between two looks at the window
+constexpr int Patience = 100000;  // ms for everything
+constexpr int GivenUp = 99;       // exit code
 
 template <typename Control>
 Control* Find(const char* name) {

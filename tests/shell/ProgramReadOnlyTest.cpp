@@ -16,7 +16,7 @@
 
 namespace {
 
-constexpr int Deadline = 60000;  // ms
+constexpr int Deadline = 120000;  // ms
 
 QString Q(const char* text) {
     return QString::fromLatin1(text);

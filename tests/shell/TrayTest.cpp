@@ -467,9 +467,9 @@ TEST_F(TrayTest, WithoutAnXServerASecondProcessReachesTheHiddenWindowThroughTheL
     ASSERT_FALSE(Form.isVisible());
     QProcess second;
     second.start(Q(LARKSPAN), {});
-    ASSERT_TRUE(QTest::qWaitFor([&] { return second.state() == QProcess::NotRunning; }, 20000));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return second.state() == QProcess::NotRunning; }, 60000));
     EXPECT_EQ(second.exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(second.exitCode(), 0);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return Form.isVisible(); }, 5000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return Form.isVisible(); }, 60000));
     EXPECT_FALSE(Form.IsInTray());
 }

@@ -84,15 +84,34 @@ TEST(DataProgram, AFullDiskIsAClearErrorAndLeavesNothingBehind) {
     }
 }
 
+namespace {
+
+/// Sends the signal as soon as there is something in the folder. A program that was faster than the signal is
+/// started again, with an empty folder.
+ToolResult Interrupt(const QStringList& line, const QString& folder, int number) {
+    ToolResult result;
+    for (int attempt = 1; attempt <= 5; ++attempt) {
+        ToolProcess process(QStringLiteral(LARKSPAN_DATA_PROGRAM), line);
+        EXPECT_TRUE(WaitFor([&] { return !EverythingIn(folder).isEmpty(); }));
+        process.Signal(number);
+        result = process.Finish();
+        if (result.Code != 0) {
+            break;
+        }
+        QDir(folder).removeRecursively();
+        QDir().mkpath(folder);
+    }
+    return result;
+}
+
+}  // namespace
+
 TEST(DataProgram, ASignalInTheMiddleLeavesNothingBehind) {
     for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
         const QTemporaryDir root;
-        ToolProcess process(
-            QStringLiteral(LARKSPAN_DATA_PROGRAM),
-            {Create, root.filePath(QStringLiteral("office")), QStringLiteral("--sample=32767")});
-        ASSERT_TRUE(WaitFor([&] { return !EverythingIn(root.path()).isEmpty(); }));
-        process.Signal(number);
-        const ToolResult result = process.Finish();
+        const ToolResult result =
+            Interrupt({Create, root.filePath(QStringLiteral("office")), QStringLiteral("--sample=32767")},
+                      root.path(), number);
         EXPECT_EQ(result.Code, 4) << number;
         EXPECT_EQ(result.Error, QStringLiteral("larkspan-data: stopped; nothing was made\n"));
         EXPECT_TRUE(EverythingIn(root.path()).isEmpty());
@@ -102,13 +121,7 @@ TEST(DataProgram, ASignalInTheMiddleLeavesNothingBehind) {
 TEST(DataProgram, AKillInTheMiddleLeavesNoHalfOffice) {
     const QTemporaryDir root;
     const QString folder = root.filePath(QStringLiteral("office"));
-    {
-        ToolProcess process(QStringLiteral(LARKSPAN_DATA_PROGRAM),
-                            {Create, folder, QStringLiteral("--sample=32767")});
-        ASSERT_TRUE(WaitFor([&] { return !EverythingIn(folder).isEmpty(); }));
-        process.Signal(SIGKILL);
-        EXPECT_EQ(process.Finish().Code, -1);
-    }
+    EXPECT_EQ(Interrupt({Create, folder, QStringLiteral("--sample=32767")}, folder, SIGKILL).Code, -1);
     EXPECT_FALSE(QFile::exists(folder + QStringLiteral("/smsmessages.mdb")));
     EXPECT_FALSE(QFile::exists(folder + QStringLiteral("/smscontacts.mdb")));
     EXPECT_EQ(RunData({Create, folder}).Code, 0);  // and the next try is not in its way
