@@ -97,7 +97,7 @@ PopupControl::PopupControl(QWidget* parent)
     m_showTimer->setSingleShot(true);
     // It is no window of the window manager's, which puts others above it when they are raised.
     m_raiseTimer->setInterval(RaiseInterval);
-    connect(m_raiseTimer, &QTimer::timeout, this, &QWidget::raise);
+    connect(m_raiseTimer, &QTimer::timeout, this, &PopupControl::StayOnTop);
     connect(m_showTimer, &QTimer::timeout, this, &PopupControl::Close);
 }
 
@@ -140,11 +140,27 @@ void PopupControl::Show() {
     setAccessibleName(Captions().join(QStringLiteral(", ")));
     show();
     windowHandle()->installEventFilter(this);
-    raise();
+    StayOnTop();
     m_showTimer->start();
     m_raiseTimer->start();
     QAccessibleEvent alert(this, QAccessible::Alert);
     QAccessible::updateAccessibility(&alert);
+}
+
+void PopupControl::StayOnTop() {
+    QWidget* const innermost = QApplication::activePopupWidget();
+    if (innermost == nullptr) {
+        raise();
+        return;
+    }
+    // Menus have the mouse to themselves: under this a click would choose an entry that nobody sees.
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    for (QWidget* window : windows) {
+        if (window->isVisible() && window->windowType() == Qt::Popup && window != innermost) {
+            window->raise();
+        }
+    }
+    innermost->raise();
 }
 
 void PopupControl::MoveToCorner() {

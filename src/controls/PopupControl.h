@@ -12,9 +12,9 @@
 
 class QTimer;
 
-/// A small window in a corner of the screen, above all other windows, that never takes the focus. It goes by
-/// itself after a while; a click on it is told, also while a dialog is open that keeps the user from all
-/// other windows, and whoever is told closes it.
+/// A small window in a corner of the screen, above all other windows but open menus, that never takes the
+/// focus. It goes by itself after a while; a click on it is told, also while a dialog is open that keeps the
+/// user from all other windows, and whoever is told closes it.
 class PopupControl final : public QWidget, public PopupSurface {
     Q_OBJECT
 public:
@@ -53,6 +53,7 @@ private:
     class Line;
 
     void MoveToCorner();
+    void StayOnTop();
 
     QList<QIcon> m_images;
     std::function<QRect()> m_trayPlace;

@@ -5,7 +5,9 @@
 #include <QGuiApplication>
 #include <QLineEdit>
 #include <QLocalServer>
+#include <QMenu>
 #include <QScreen>
+#include <QTimer>
 
 namespace {
 
@@ -78,6 +80,39 @@ TEST_F(PopupOnTheScreen, AWindowThatIsPutAboveItPastTheWindowManagerStaysThereFo
         return !IsSeen();
     });
     Driver::WaitFor(Q("the popup above it"), [this] { return IsSeen(); });
+}
+
+TEST_F(PopupOnTheScreen, AMenuThatIsOpenStaysAboveItAndGetsTheClick) {
+    m_popup.Show();
+    Driver::WaitFor(Q("the popup"), [this] { return IsSeen(); });
+    QMenu menu;
+    QMenu inner(Q("More"));
+    QString chosen;
+    for (int entry = 0; entry < 12; ++entry) {
+        const QString text = Q("An entry that is wide enough to cover half of the popup, %1").arg(entry);
+        inner.addAction(text, &menu, [&chosen, text] { chosen = text; });
+    }
+    menu.addMenu(&inner);
+    menu.popup(m_popup.pos() - QPoint(600, 100));
+    menu.setActiveAction(inner.menuAction());
+    inner.popup(m_popup.pos() - QPoint(20, 100));
+    Driver::WaitFor(Q("the menu"), [this] { return !IsSeen(); });
+    m_popup.Show();  // as when the next message ends
+    QTimer looks;
+    int count = 0;
+    bool wasSeen = false;
+    QObject::connect(&looks, &QTimer::timeout, &looks, [&] {
+        wasSeen = wasSeen || IsSeen();
+        ++count;
+    });
+    looks.start(150);
+    Driver::WaitFor(Q("the popup raised some times"), [&] { return count >= 8; });
+    looks.stop();
+    EXPECT_FALSE(wasSeen);
+    ClickOnIt();
+    Driver::WaitFor(Q("a choice"), [&] { return !chosen.isEmpty(); });
+    EXPECT_TRUE(m_popup.isVisible());
+    Driver::WaitFor(Q("the popup again"), [this] { return IsSeen(); });
 }
 
 TEST_F(PopupOnTheScreen, ItStandsInTheCornerOfTheTrayAndWithoutOneInTheLowerRight) {
