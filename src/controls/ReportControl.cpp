@@ -20,12 +20,13 @@ constexpr int CellPadding = 6;  // left and right of a text
 
 }  // namespace
 
-/// Only the height of a row is asked of it: a row is drawn as a whole.
+/// Asked only how large a cell would like to be: a row is drawn as a whole.
 class ReportControl::RowDelegate final : public QStyledItemDelegate {
 public:
     explicit RowDelegate(ReportControl& grid) : QStyledItemDelegate(&grid), m_grid(grid) {}
-    [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const override {
-        return {0, m_grid.RowHeight()};
+    [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem&, const QModelIndex& cell) const override {
+        const QString text = m_grid.RowRecord(cell.row())->TextOf(cell.column());
+        return {m_grid.fontMetrics().horizontalAdvance(text) + 2 * CellPadding, m_grid.RowHeight()};
     }
 
 private:

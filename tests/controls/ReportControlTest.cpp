@@ -50,6 +50,19 @@ public:
     }
 };
 
+TEST_F(ReportControlTest, ADoubleClickOnAColumnsEdgeMakesItAsWideAsItsLongestText) {
+    const QString name = QStringLiteral("Maximiliane Featherstonehaugh the younger");
+    Add(name, 1);
+    Add(QStringLiteral("a"), 2);
+    Grid.Populate();
+    QHeaderView& header = *Grid.header();
+    const int edge = header.sectionViewportPosition(2) + header.sectionSize(2) - 1;
+    const QPoint place(edge, header.height() / 2);
+    QTest::mouseClick(header.viewport(), Qt::LeftButton, {}, place);
+    QTest::mouseDClick(header.viewport(), Qt::LeftButton, {}, place);
+    EXPECT_GE(header.sectionSize(2), Grid.fontMetrics().horizontalAdvance(name));
+}
+
 TEST_F(ReportControlTest, RecordsShowOnlyAfterPopulateInTheOrderOfTheSort) {
     Add(QStringLiteral("a"), 1);
     Add(QStringLiteral("b"), 2);

@@ -253,6 +253,7 @@ TEST(TipOfDay, ShowsTheTipsInTurnAndRemembersThePlace) {
     TipOfDay dialog(tips, Q("Brenmoor"), Q("Larkspan Messenger"), settings, 2026);
     const auto* tip = dialog.findChild<QLabel*>(Q("lblTip"));
     EXPECT_EQ(tip->text(), Q("first"));
+    EXPECT_EQ(dialog.findChild<QLabel*>(Q("lblHead"))->text(), Q("Brenmoor Larkspan Messenger"));
     QTest::mouseClick(dialog.findChild<QPushButton*>(Q("cmdNextTip")), Qt::LeftButton);
     EXPECT_EQ(tip->text(), Q("second"));
     EXPECT_EQ(TipOfDay(tips, Q("Brenmoor"), Q("Larkspan Messenger"), settings, 2026)

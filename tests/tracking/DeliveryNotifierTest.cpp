@@ -179,11 +179,23 @@ TEST_F(DeliveryNotifierTest, MessagesStillOnTheirWayStayInTheirSlots) {
     EXPECT_EQ(Popup.Captions().filter(QStringLiteral("Ann")), QStringList{QStringLiteral("Ann 2")});
 }
 
+TEST_F(DeliveryNotifierTest, WithoutANumberTheSecondLineBeginsWithTheTime) {
+    Tracker.Track(1, QStringLiteral("Ann"), QString(), QStringLiteral("Hello"));
+    Poll({5}, QDateTime(QDate(2026, 3, 7), QTime(10, 31)));
+    EXPECT_EQ(Popup.At(2).Caption, QStringLiteral("@ 10:31"));
+}
+
 TEST_F(DeliveryNotifierTest, WithNothingFinalThePopupGoesAndNothingSounds) {
     Tracker.PlaySound = true;
     Track(1);
+    Track(2);
+    Poll({1, 5});
+    ASSERT_TRUE(Popup.IsShown);
+    Popup.Calls.clear();
+    Speaker.Played.clear();
     Poll({1});
     EXPECT_FALSE(Popup.IsShown);
+    EXPECT_EQ(Popup.Calls, (QStringList{QStringLiteral("Close"), QStringLiteral("RemoveAllItems")}));
     EXPECT_TRUE(Speaker.Played.isEmpty());
 }
 

@@ -113,6 +113,24 @@ TEST_F(HistoryActions, AMessageThatTheGatewayTookStandsInTheListAndIsTrackedOn) 
     EXPECT_FALSE(Office.OutboxDB().IsConnected());
 }
 
+TEST_F(HistoryActions, EachMessageThatCannotBeCanceledHasALineInTheOrderOfTheRows) {
+    const qint32 older = AddOwn(0, 20);
+    const qint32 newer = AddOwn(0, 10);
+    Open();
+    Select({older, newer});
+    SetStatus(older, 1);
+    SetStatus(newer, 3);
+    Office.Boxes.Expect(BoxAnswer::Yes);
+    QString told;
+    Door.ExpectDialog([&](QDialog& dialog) {
+        told = dialog.findChild<QPlainTextEdit*>(QStringLiteral("txtMessage"))->toPlainText();
+        dialog.findChild<QPushButton*>(QStringLiteral("cmdOK"))->click();
+    });
+    Button("cmdCancel").click();
+    EXPECT_TRUE(told.endsWith(QStringLiteral(":\n\nMessage ID#%1\nMessage ID#%2\n").arg(newer).arg(older)))
+        << told.toStdString();
+}
+
 TEST_F(HistoryActions, AnOutboxThatCannotBeOpenedIsToldAndNothingIsCanceled) {
     const qint32 id = AddOwn(0);
     Open();
@@ -120,14 +138,20 @@ TEST_F(HistoryActions, AnOutboxThatCannotBeOpenedIsToldAndNothingIsCanceled) {
     Office.Boxes.Expect(BoxAnswer::Yes);
     Office.Boxes.Expect();
     Office.OutboxDB().Filename = path + QStringLiteral(".gone");
+    Office.Boxes.OnShow = [&] {
+        if (Office.Boxes.Shown.last().Icon == BoxIcon::Critical) {
+            Office.OutboxDB().Filename = path;
+            SetStatus(id, 5);
+        }
+    };
     Button("cmdCancel").click();
-    Office.OutboxDB().Filename = path;
     const BoxRequest box = Office.Boxes.Shown.last();
     EXPECT_TRUE(box.Text.startsWith(QStringLiteral("Could not open the Message database\r\nGE:0x80004005")))
         << box.Text.toStdString();
     EXPECT_EQ(box.Icon, BoxIcon::Critical);
     EXPECT_EQ(box.Title, QStringLiteral("Larkspan Messenger"));
-    EXPECT_EQ(StatusOf(id), 0);
+    EXPECT_EQ(StatusOf(id), 5);
+    EXPECT_TRUE(Sentence(id).contains(QStringLiteral("delivered"))) << "a last look comes all the same";
 }
 
 TEST_F(HistoryActions, TheMenuCancelsTheOnePendingMessageUnderTheNameOfTheRowClicked) {
