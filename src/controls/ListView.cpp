@@ -119,6 +119,7 @@ void ListView::UnselectAllRows() {
 }
 
 void ListView::SelectKey(const QString& key) {
+    m_selectionBeforeClick.clear();
     const int row = m_rows->RowOf(key);
     if (row >= 0) {
         selectionModel()->setCurrentIndex(m_rows->index(row), QItemSelectionModel::ClearAndSelect);
@@ -172,6 +173,7 @@ void ListView::contextMenuEvent(QContextMenuEvent* event) {
     // The mouse opens the menu when its button is released, whatever the platform's habit is.
     event->accept();
     if (event->reason() == QContextMenuEvent::Keyboard) {
+        EnsureVisible(currentIndex().row());
         const QRect row = visualRect(currentIndex());
         const QPoint place = row.isValid() ? row.bottomLeft() : viewport()->rect().topLeft();
         Q_EMIT ContextMenuRequested(viewport()->mapToGlobal(place));
@@ -179,6 +181,7 @@ void ListView::contextMenuEvent(QContextMenuEvent* event) {
 }
 
 void ListView::keyPressEvent(QKeyEvent* event) {
+    m_selectionBeforeClick.clear();
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
         // A key that is still down after it has done its work elsewhere does not act here.
         if (!event->isAutoRepeat()) {
@@ -208,6 +211,7 @@ void ListView::keyPressEvent(QKeyEvent* event) {
 void ListView::mousePressEvent(QMouseEvent* event) {
     const QModelIndex index = indexAt(event->position().toPoint());
     m_clickedIndex = index;
+    m_pressedButton = event->button();
     m_selectionBeforeClick = event->button() == Qt::LeftButton && selectionModel()->isSelected(index)
                                  ? selectionModel()->selection()
                                  : QItemSelection();
@@ -239,7 +243,8 @@ void ListView::mouseReleaseEvent(QMouseEvent* event) {
 }
 
 void ListView::startDrag(Qt::DropActions) {
-    const QString text = DragText();
+    // The toolkit drags with every button; a hand that is not still while it asks for the menu gets the menu.
+    const QString text = m_pressedButton == Qt::LeftButton ? DragText() : QString();
     if (!text.isEmpty()) {
         RunKeyDrag(*this, text);
     }

@@ -44,7 +44,7 @@ public:
 
     /// Text that a drag out of this list carries; text/plain.
     [[nodiscard]] QString DragText() const;
-    /// Whether rows can be dragged out as DragText; off at creation.
+    /// Whether rows can be dragged out as DragText, with the left button; off at creation.
     void SetDragOut(bool on);
     /// Whether text/plain of another widget can be dropped here; off at creation.
     void SetDropIn(bool on);
@@ -83,6 +83,7 @@ private:
     QList<QIcon> m_images;
     QItemSelection m_selectionBeforeClick;
     QPersistentModelIndex m_clickedIndex;
+    Qt::MouseButton m_pressedButton = Qt::NoButton;
     bool m_isDropIn = false;
 };
 

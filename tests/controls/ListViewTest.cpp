@@ -2,16 +2,32 @@
 
 #include <QApplication>
 #include <QContextMenuEvent>
+#include <QDrag>
 #include <QDropEvent>
 #include <QMimeData>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 
 #include <gtest/gtest.h>
 
 #include <memory>
 
 namespace {
+
+/// Sees when a list begins a drag: it gets a child then.
+class DragWatch final : public QObject {
+public:
+    bool IsDragged = false;
+
+    explicit DragWatch(ListView& list) { list.installEventFilter(this); }
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override {
+        IsDragged = IsDragged || event->type() == QEvent::ChildAdded;
+        return false;
+    }
+};
 
 class ListViewTest : public ::testing::Test {
 protected:
@@ -43,6 +59,26 @@ protected:
         QTest::mouseClick(m_list.viewport(), Qt::LeftButton, Qt::NoModifier, point);
         QTest::mouseDClick(m_list.viewport(), Qt::LeftButton, Qt::NoModifier, point);
         QTest::mouseRelease(m_list.viewport(), Qt::LeftButton, Qt::NoModifier, point);
+    }
+    void Move(Qt::MouseButton button, const QPoint& point) {
+        QMouseEvent move(QEvent::MouseMove, point, m_list.viewport()->mapToGlobal(point), Qt::NoButton,
+                         button, Qt::NoModifier);
+        QApplication::sendEvent(m_list.viewport(), &move);
+    }
+    /// Presses on the second row and moves on to the third, while the button is down; whether that dragged.
+    bool DragsWith(Qt::MouseButton button) {
+        DragWatch watch(m_list);
+        QTimer end;
+        QObject::connect(&end, &QTimer::timeout, &QDrag::cancel);
+        end.start(0);
+        QTest::mousePress(m_list.viewport(), button, Qt::NoModifier, MiddleOf(1));
+        Move(button, MiddleOf(1) + QPoint(2 * QApplication::startDragDistance(), 0));
+        Move(button, MiddleOf(2));
+        return watch.IsDragged;
+    }
+    void AskForTheMenuByKey() {
+        QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint(0, 0), QPoint(0, 0));
+        QApplication::sendEvent(m_list.viewport(), &event);
     }
     void Drop(const QString& text) {
         QMimeData data;
@@ -164,6 +200,22 @@ TEST_F(ListViewTest, ADoubleClickOnARowThatWasNotSelectedFindsThatRowAlone) {
     EXPECT_EQ(seen, QStringList(QStringLiteral("C4")));
 }
 
+TEST_F(ListViewTest, ADoubleClickWhoseFirstPressWasLostFindsWhatIsSelectedNow) {
+    Fill(6);
+    const auto doubleClickAlone = [this] {
+        QTest::mouseDClick(m_list.viewport(), Qt::LeftButton, Qt::NoModifier, MiddleOf(2));
+        return m_list.SelectedKeys();
+    };
+    SelectRows({0, 2, 4});
+    QTest::mouseClick(m_list.viewport(), Qt::LeftButton, Qt::NoModifier, MiddleOf(2));
+    QTest::keyClick(&m_list, Qt::Key_Home);
+    EXPECT_EQ(doubleClickAlone(), QStringList(QStringLiteral("C1"))) << "after a key";
+    SelectRows({0, 2, 4});
+    QTest::mouseClick(m_list.viewport(), Qt::LeftButton, Qt::NoModifier, MiddleOf(2));
+    m_list.SelectKey(QStringLiteral("C6"));
+    EXPECT_EQ(doubleClickAlone(), QStringList(QStringLiteral("C6"))) << "after the program's choice";
+}
+
 TEST_F(ListViewTest, ADoubleClickBesideTheRowsHasNoKey) {
     Fill(1);
     QSignalSpy doubles(&m_list, &ListView::ItemDoubleClicked);
@@ -206,11 +258,47 @@ TEST_F(ListViewTest, TheMenuKeyAsksForTheMenuAtTheCursorsRow) {
     Fill(5);
     m_list.SelectKey(QStringLiteral("C2"));
     QSignalSpy menus(&m_list, &ListView::ContextMenuRequested);
-    QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint(0, 0), QPoint(0, 0));
-    QApplication::sendEvent(m_list.viewport(), &event);
+    AskForTheMenuByKey();
     ASSERT_EQ(menus.size(), 1);
     const QRect row = m_list.visualRect(m_list.Rows().index(1));
     EXPECT_EQ(menus.first().first(), m_list.viewport()->mapToGlobal(row.bottomLeft()));
+}
+
+TEST_F(ListViewTest, TheMenuKeyBringsTheCursorsRowIntoViewFirst) {
+    Fill(100);
+    m_list.SelectKey(QStringLiteral("C2"));
+    m_list.scrollToBottom();
+    QSignalSpy menus(&m_list, &ListView::ContextMenuRequested);
+    AskForTheMenuByKey();
+    ASSERT_EQ(menus.size(), 1);
+    const QPoint place = m_list.viewport()->mapFromGlobal(menus.first().first().toPoint());
+    EXPECT_TRUE(m_list.viewport()->rect().contains(place)) << place.y();
+    EXPECT_EQ(m_list.indexAt(place).row(), 1);
+}
+
+TEST_F(ListViewTest, ARowIsDraggedWithTheLeftButton) {
+    Fill(3);
+    m_list.SetDragOut(true);
+    m_list.SelectKey(QStringLiteral("C2"));
+    EXPECT_TRUE(DragsWith(Qt::LeftButton));
+}
+
+TEST_F(ListViewTest, ARightClickWithAnUnsteadyHandDragsNothingAndOpensTheMenu) {
+    Fill(3);
+    m_list.SetDragOut(true);
+    m_list.SelectKey(QStringLiteral("C2"));
+    const QSignalSpy menus(&m_list, &ListView::ContextMenuRequested);
+    EXPECT_FALSE(DragsWith(Qt::RightButton));
+    QTest::mouseRelease(m_list.viewport(), Qt::RightButton, Qt::NoModifier, MiddleOf(2));
+    EXPECT_EQ(menus.size(), 1);
+    EXPECT_EQ(m_list.SelectedKeys(), QStringList(QStringLiteral("C2")));
+}
+
+TEST_F(ListViewTest, TheMiddleButtonDragsNothing) {
+    Fill(3);
+    m_list.SetDragOut(true);
+    m_list.SelectKey(QStringLiteral("C2"));
+    EXPECT_FALSE(DragsWith(Qt::MiddleButton));
 }
 
 TEST_F(ListViewTest, ADragCarriesTheSelectedKeysEachClosedByALineBreak) {
