@@ -9,7 +9,7 @@ Cmenu ContactMenu::Build(qint16 tabNumber, const QList<Group>& groups, const QSt
         menu.AddItem(AddToFavourites, QStringLiteral("Add To ") + favouriteWord, false, 0, true);
         Cmenu inner(QStringLiteral("Add Selection To Group"));
         for (const Group& group : groups) {
-            inner.AddItem(group.Number + FirstGroup, group.Caption);
+            inner.AddName(group.Number + FirstGroup, group.Caption);
         }
         inner.AddItem(Dismissed, QStringLiteral("-"));
         inner.AddItem(NewGroup, QStringLiteral("{New Group}"));

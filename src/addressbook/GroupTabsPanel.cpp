@@ -338,8 +338,7 @@ void GroupTabsPanel::DropOnTab(const QString& keys, int position) {
 void GroupTabsPanel::ListAllTabs(const QPoint& position) {
     Cmenu menu;
     for (int tab = 0; tab < m_tabGroup->Count(); ++tab) {
-        menu.AddItem(tab + 1, m_tabGroup->Caption(tab), false, 0, false, false,
-                     tab == m_tabGroup->Selected());
+        menu.AddName(tab + 1, m_tabGroup->Caption(tab), tab == m_tabGroup->Selected());
     }
     m_tabGroup->Select(menu.TrackPopup(m_side.Door, position) - 1);
 }

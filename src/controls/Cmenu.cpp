@@ -19,9 +19,10 @@ const QWidget* FirstTopWindow() {
     return nullptr;
 }
 
-/// Entries show the names of groups, and an "&" in a name is no mnemonic.
+/// Entries show the names of groups and texts of messages: an "&" in them is no mnemonic, and what stands
+/// behind a tab character no shortcut.
 QString Escaped(const QString& text) {
-    return QString(text).replace(u'&', QStringLiteral("&&"));
+    return QString(text).replace(u'&', QStringLiteral("&&")).replace(u'\t', u' ');
 }
 
 QString Unescaped(const QString& text) {
@@ -59,11 +60,19 @@ void Cmenu::AddItem(int id, const QString& text, bool isDefault, int flag, bool 
     if ((flag & ColumnBreak) != 0 && !m_menu->isEmpty()) {
         m_menu->addSeparator();
     }
+    SetState(*AddText(id, text, isChecked), isDefault, isGrayed, isDisabled);
+}
+
+void Cmenu::AddName(int id, const QString& name, bool isChecked) {
+    AddText(id, name, isChecked);
+}
+
+QAction* Cmenu::AddText(int id, const QString& text, bool isChecked) {
     QAction* entry = m_menu->addAction(Escaped(text));
     entry->setData(id);
     entry->setCheckable(isChecked);
     entry->setChecked(isChecked);
-    SetState(*entry, isDefault, isGrayed, isDisabled);
+    return entry;
 }
 
 void Cmenu::AddItem(Cmenu menu, bool isDefault, bool isGrayed, bool isDisabled) {

@@ -22,6 +22,8 @@ public:
     /// cannot be chosen, and looks like a grayed one.
     void AddItem(int id, const QString& text, bool isDefault = false, int flag = 0, bool isGrayed = false,
                  bool isDisabled = false, bool isChecked = false);
+    /// An entry that users have named: "-" is a text like any other.
+    void AddName(int id, const QString& name, bool isChecked = false);
     /// A submenu under its caption; the entries of `menu` answer with their own numbers. Takes the menu over.
     void AddItem(Cmenu menu, bool isDefault = false, bool isGrayed = false, bool isDisabled = false);
     /// Shows the menu at a global position. The number of the entry chosen, 0 for none.
@@ -36,6 +38,7 @@ public:
     [[nodiscard]] QStringList Texts() const;
 
 private:
+    QAction* AddText(int id, const QString& text, bool isChecked);
     void SetState(QAction& entry, bool isDefault, bool isGrayed, bool isDisabled);
 
     std::unique_ptr<QMenu> m_menu;

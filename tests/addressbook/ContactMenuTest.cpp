@@ -18,6 +18,13 @@ TEST(ContactMenu, OnAGroupTabItOffersFavouritesAndGroups) {
              QStringLiteral("Add Selection To Group > {New Group}"), QStringLiteral("Print Contact List")}));
 }
 
+TEST(ContactMenu, AGroupNamedLikeASeparatorCanBeChosen) {
+    const Cmenu menu = ContactMenu::Build(7, {{8, QStringLiteral("-")}}, Favourite);
+    RecordingDoor door;
+    door.ExpectMenu(QStringLiteral("Add Selection To Group > -"));
+    EXPECT_EQ(menu.TrackPopup(door, QPoint()), ContactMenu::FirstGroup + 8);
+}
+
 TEST(ContactMenu, OnFavouritesAndPrivateItOffersNeither) {
     for (const qint16 tab : {qint16(-2), qint16(-3)}) {
         const Cmenu menu = ContactMenu::Build(tab, {{7, QStringLiteral("Drivers")}}, Favourite);

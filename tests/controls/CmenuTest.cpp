@@ -35,6 +35,20 @@ TEST(Cmenu, AnswersWithTheNumberOfTheEntryChosen) {
     EXPECT_EQ(door.Position, QPoint(30, 40));
 }
 
+TEST(Cmenu, AnEntryThatAUserNamedIsChosenWhateverItsName) {
+    Cmenu menu;
+    menu.AddName(5, QStringLiteral("-"));
+    menu.AddName(6, QStringLiteral("Late\tCtrl+L"), true);
+    ChoosingDoor door;
+    door.OnMenu = [](QMenu& shown) {
+        EXPECT_EQ(shown.actions().at(1)->text(), QStringLiteral("Late Ctrl+L")) << "no column of shortcuts";
+        EXPECT_TRUE(shown.actions().at(1)->isChecked());
+        EXPECT_FALSE(shown.actions().at(0)->isSeparator());
+        return shown.actions().at(0);
+    };
+    EXPECT_EQ(menu.TrackPopup(door, QPoint()), 5);
+}
+
 TEST(Cmenu, AnswersZeroWhenItIsDismissed) {
     Cmenu menu;
     menu.AddItem(5, QStringLiteral("First"));
