@@ -218,6 +218,10 @@ QString Numbers::Format(double value, const QString& pattern, const QLocale& loc
     return text;
 }
 
+QString Numbers::FileSize(qint64 bytes) {
+    return QLocale::c().formattedDataSize(bytes, 1, QLocale::DataSizeIecFormat);
+}
+
 QString Numbers::NullToString(const QVariant& value) {
     return value.isNull() ? QString() : value.toString();
 }

@@ -33,6 +33,9 @@ namespace Numbers {
 /// are those of `locale`. A value that is not finite gives an empty text.
 [[nodiscard]] QString Format(double value, const QString& pattern, const QLocale& locale = QLocale());
 
+/// How large a file is, for people: "512 bytes", "24.0 KiB"; one decimal, a KiB is 1,024 bytes.
+[[nodiscard]] QString FileSize(qint64 bytes);
+
 /// The empty text, 0 or an invalid date for a null, otherwise the value. NullToLong rounds half to even and
 /// throws OverflowError for what does not fit.
 [[nodiscard]] QString NullToString(const QVariant& value);

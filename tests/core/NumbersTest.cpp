@@ -155,6 +155,14 @@ TEST(Numbers, FormatOfWhatIsNoNumberIsEmpty) {
     EXPECT_EQ(Numbers::Format(std::numeric_limits<double>::quiet_NaN(), u"0"_s), u""_s);
 }
 
+TEST(Numbers, ASizeOfAFileIsToldInUnitsOf1024) {
+    EXPECT_EQ(Numbers::FileSize(0), u"0 bytes"_s);
+    EXPECT_EQ(Numbers::FileSize(1000), u"1000 bytes"_s);
+    EXPECT_EQ(Numbers::FileSize(24576), u"24.0 KiB"_s);
+    EXPECT_EQ(Numbers::FileSize(24832), u"24.3 KiB"_s);
+    EXPECT_EQ(Numbers::FileSize(qint64{3} << 20), u"3.0 MiB"_s);
+}
+
 TEST(Numbers, ANullIsTheEmptyTextZeroAndNoDate) {
     EXPECT_EQ(Numbers::NullToString(QVariant()), u""_s);
     EXPECT_EQ(Numbers::NullToLong(QVariant()), 0);

@@ -1,4 +1,5 @@
 #include "common/ExitCode.h"
+#include "core/Numbers.h"
 #include "larkspan-data/Commands.h"
 #include "store/office/OfficeCheck.h"
 #include "support/BrokenDisk.h"
@@ -56,6 +57,9 @@ TEST(CompactCommand, GivesBackTheRoomOfDeletedRowsAndKeepsTheOthers) {
     EXPECT_EQ(QFileInfo(office.Outbox() + QStringLiteral("-journal")).size(), 0);
     EXPECT_EQ(RawDatabase(office.Outbox()).Rows(QStringLiteral("SELECT * FROM Message")), before);
     EXPECT_EQ(answer.Out.count(QStringLiteral(" before, ")), 2);
+    for (const qint64 shown : {size, QFileInfo(office.Outbox()).size()}) {
+        EXPECT_TRUE(answer.Out.contains(Numbers::FileSize(shown))) << answer.Out.toStdString();
+    }
     EXPECT_TRUE(answer.Error.isEmpty());
     EXPECT_TRUE(OfficeCheck(office.Machine.Engines).Run(office.Folder(), {})->IsFine());
     office.Execute(office.Outbox(), QStringLiteral("INSERT INTO Message (msgText) VALUES ('next')"));

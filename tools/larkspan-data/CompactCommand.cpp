@@ -1,5 +1,6 @@
 #include "common/ExitCode.h"
 #include "common/ProgressBar.h"
+#include "core/Numbers.h"
 #include "larkspan-data/Commands.h"
 #include "platform/Drives.h"
 #include "store/engine/Error.h"
@@ -11,7 +12,7 @@
 namespace {
 
 QString Size(const QString& path) {
-    return QStringLiteral("%1 KiB").arg((QFileInfo(path).size() + 1023) / 1024);
+    return Numbers::FileSize(QFileInfo(path).size());
 }
 
 /// Every file that a failure does not keep from it is compacted.

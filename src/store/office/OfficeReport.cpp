@@ -1,5 +1,7 @@
 #include "store/office/OfficeReport.h"
 
+#include "core/Numbers.h"
+
 #include <QJsonArray>
 #include <QLocale>
 
@@ -10,8 +12,7 @@ QString Grouped(qint64 number) {
 }
 
 QString SizeText(qint64 bytes) {
-    return bytes < 0 ? QStringLiteral("missing")
-                     : QLocale::c().formattedDataSize(bytes, 1, QLocale::DataSizeTraditionalFormat);
+    return bytes < 0 ? QStringLiteral("missing") : Numbers::FileSize(bytes);
 }
 
 QString Row(const QString& name, const QString& value) {
