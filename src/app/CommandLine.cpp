@@ -90,8 +90,8 @@ QString CommandLine::HelpText() {
         "\n"
         "Switches:\n"
         "  /error        write a log to applog.txt in the application's folder\n"
-        "  /wizard       run the setup again\n"
-        "  /tipoftheday  show the tip of the day whatever the settings say\n"
+        "  /wizard       ask for the setup, which cannot be run from here yet\n"
+        "  /tipoftheday  show the tip of the day whatever the settings say, if there is a tips.txt\n"
         "\n"
         "A data folder is made by: larkspan-data create FOLDER\n");
 }

@@ -1,30 +1,18 @@
 #include "compose/MessageBar.h"
 
+#include "controls/Contrast.h"
+
 #include <QPainter>
 
 #include <algorithm>
-#include <cmath>
 
 namespace {
 
 constexpr int BarHeight = 8;
-/// Contrast against the window (1 to 21, as WCAG 2 counts it) below which a colour is drawn lighter.
+/// Contrast against the window below which a colour is drawn lighter.
 constexpr double LeastContrast = 2.0;
 constexpr int LighterStep = 112;  // per cent
 constexpr int MaxSteps = 20;
-
-double Luminance(const QColor& colour) {
-    const auto linear = [](double part) {
-        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) +
-           0.0722 * linear(colour.blueF());
-}
-
-double Contrast(const QColor& one, const QColor& other) {
-    const auto [low, high] = std::minmax({Luminance(one), Luminance(other)});
-    return (high + 0.05) / (low + 0.05);
-}
 
 }  // namespace
 

@@ -5,6 +5,7 @@
 
 #include <QContextMenuEvent>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QPainter>
 #include <QScrollBar>
 #include <QSet>
@@ -17,6 +18,15 @@ namespace {
 constexpr int RowPadding = 5;   // above and below the lines of a row
 constexpr int LineGap = 2;      // between a row's cells and its preview
 constexpr int CellPadding = 6;  // left and right of a text
+
+/// The column, from 0, that Ctrl and a digit sort by; -1 for another key. On some keyboards digits take
+/// Shift.
+int ColumnOf(const QKeyEvent& event) {
+    const bool isControl =
+        (event.modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier)) == Qt::ControlModifier;
+    const bool isDigit = event.key() >= Qt::Key_1 && event.key() <= Qt::Key_9;
+    return isControl && isDigit ? event.key() - Qt::Key_1 : -1;
+}
 
 }  // namespace
 
@@ -78,6 +88,15 @@ void ReportControl::FitLastColumn() {
 void ReportControl::SetSortColumn(int column, Qt::SortOrder order) {
     header()->setSortIndicator(column, order);
     setSortingEnabled(true);
+}
+
+void ReportControl::SortBy(int column) {
+    if (column < 0 || column >= header()->count()) {
+        return;
+    }
+    const bool isTurned =
+        header()->sortIndicatorSection() == column && header()->sortIndicatorOrder() == Qt::AscendingOrder;
+    SetSortColumn(column, isTurned ? Qt::DescendingOrder : Qt::AscendingOrder);
 }
 
 void ReportControl::SetPreviewMode(bool on) {
@@ -272,6 +291,7 @@ void ReportControl::mouseReleaseEvent(QMouseEvent* event) {
 void ReportControl::contextMenuEvent(QContextMenuEvent* event) {
     // With the mouse it comes when the button is released.
     if (event->reason() == QContextMenuEvent::Keyboard && currentIndex().isValid()) {
+        scrollTo(currentIndex());
         const QRect row = visualRect(currentIndex());
         Q_EMIT ContextMenuRequested(QPoint(PreviewIndent(), row.center().y()));
     }
@@ -287,6 +307,15 @@ void ReportControl::changeEvent(QEvent* event) {
     QTreeView::changeEvent(event);
     if (event->type() == QEvent::FontChange) {
         scheduleDelayedItemsLayout();
+    }
+}
+
+void ReportControl::keyPressEvent(QKeyEvent* event) {
+    const int column = ColumnOf(*event);
+    if (column < 0) {
+        QTreeView::keyPressEvent(event);
+    } else if (!event->isAutoRepeat()) {
+        SortBy(column);
     }
 }
 

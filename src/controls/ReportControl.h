@@ -7,8 +7,10 @@
 class ModalDoor;
 
 /// A grid of records with columns, a line of preview text under each row, images, and a sort that a click on
-/// a column's head changes. Rows are of one height. What happens to the records is seen from the next
-/// Populate on, what happens inside them from the next Redraw. Ignorant of what its records stand for.
+/// a column's head changes, or a key: Ctrl with 1 for the first column, with 2 for the second, and so on. The
+/// column that sorts already turns its order. Rows are of one height. What happens to the records is seen
+/// from the next Populate on, what happens inside them from the next Redraw. Ignorant of what its records
+/// stand for.
 class ReportControl final : public QTreeView {
     Q_OBJECT
 public:
@@ -23,6 +25,8 @@ public:
     /// grid changes its size.
     void SizeLastColumn(int margin);
     void SetSortColumn(int column, Qt::SortOrder order);
+    /// What a click on the column's head does; nothing outside the columns.
+    void SortBy(int column);
     /// Image 0 is the first.
     void SetImages(const QList<QIcon>& images) { m_model->SetImages(images); }
     [[nodiscard]] QIcon Image(int number) const { return m_model->Image(number); }
@@ -82,6 +86,7 @@ protected:
     void contextMenuEvent(QContextMenuEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
     void updateGeometries() override;
 
 private:

@@ -3,11 +3,19 @@
 #include "controls/PlainToolTip.h"
 
 #include <QCollator>
+#include <QHash>
 
 #include <algorithm>
 #include <iterator>
 
 namespace {
+
+/// What a column's head tells about sorting by it.
+QString SortTip(int column) {
+    constexpr int LastKey = 9;
+    const QString tip = QStringLiteral("Sort by this column");
+    return column < LastKey ? tip + QStringLiteral(" (Ctrl+%1)").arg(column + 1) : tip;
+}
 
 /// Below 0, 0 or above: texts as a reader expects them, everything else by its value; nulls first.
 int Compare(const QVariant& one, const QVariant& other, const QCollator& collator) {
@@ -65,6 +73,9 @@ QVariant ReportModel::headerData(int section, Qt::Orientation orientation, int r
     if (role == Qt::DisplayRole) {
         return Column(section).Caption;
     }
+    if (role == Qt::ToolTipRole || role == Qt::WhatsThisRole || role == Qt::AccessibleDescriptionRole) {
+        return SortTip(section);
+    }
     return role == Qt::TextAlignmentRole ? QVariant(Column(section).Alignment) : QVariant();
 }
 
@@ -79,10 +90,15 @@ void ReportModel::sort(int column, Qt::SortOrder order) {
         records.push_back(RowRecord(index.row()));
     }
     SortRows();
+    QHash<const ReportRecord*, int> rowOf;
+    rowOf.reserve(rowCount());
+    for (int row = 0; row < rowCount(); ++row) {
+        rowOf.insert(RowRecord(row), row);
+    }
     QModelIndexList after;
+    after.reserve(before.size());
     for (qsizetype i = 0; i < before.size(); ++i) {
-        const auto row = std::find(m_rows.cbegin(), m_rows.cend(), records[static_cast<size_t>(i)]);
-        after.append(index(static_cast<int>(row - m_rows.cbegin()), before[i].column()));
+        after.append(index(rowOf.value(records[static_cast<size_t>(i)], -1), before[i].column()));
     }
     changePersistentIndexList(before, after);
     Q_EMIT layoutChanged({}, QAbstractItemModel::VerticalSortHint);

@@ -4,7 +4,6 @@
 #include <QRect>
 
 class QPainter;
-struct ReportRecord;
 
 /// How a record's cells are drawn, on the screen and on paper.
 namespace ReportPaint {
@@ -14,7 +13,8 @@ namespace ReportPaint {
 [[nodiscard]] QColor TextColourOn(const QColor& ground, const QColor& colour);
 [[nodiscard]] QColor BackColourOn(const QColor& ground, const QColor& colour);
 
-/// One line of text, cut with an ellipsis where it does not fit. `flags` are those of QPainter::drawText.
+/// One line of text, cut with an ellipsis where it does not fit. `alignment` places it in
+/// `rect`.
 void DrawLine(QPainter& painter, const QRect& rect, Qt::Alignment alignment, const QString& text,
               const QColor& colour);
 

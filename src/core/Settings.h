@@ -48,4 +48,9 @@ inline const QString DesktopDetails =
 inline const QString Interval = QStringLiteral("Interval");  // "60" (default), seconds between polls
 inline const QString SectionDisplay = QStringLiteral("Display");
 inline const QString TabOrder = QStringLiteral("TabOrder");  // saved order of group tabs, default empty
+inline const QString Window = QStringLiteral("Window");      // size and place of the window, Base64
+inline const QString Splitter = QStringLiteral("Splitter");  // its division, Base64
+inline const QString SectionTip = QStringLiteral("Tip");
+inline const QString Startup = QStringLiteral("Startup");  // "0" (default): the tip of the day at each start
+inline const QString Next = QStringLiteral("Next");        // number of the next tip, from "0" (default)
 }  // namespace SettingNames

@@ -72,6 +72,13 @@ void DrawBox(const QRect& place, const QColor& line, const QBrush& ground, QPain
     painter.drawRoundedRect(QRectF(place).adjusted(0.5, 0.5, -0.5, -0.5), Corner / 2, Corner / 2);
 }
 
+/// With square corners, since what scrolls inside has such.
+void DrawEdge(const QRect& place, const QColor& line, QPainter& painter) {
+    painter.setPen(line);
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRect(QRectF(place).adjusted(0.5, 0.5, -0.5, -0.5));
+}
+
 }  // namespace
 
 FocusStyle::FocusStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
@@ -83,13 +90,16 @@ void FocusStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opt
     const bool isButton = element == PE_PanelButtonCommand;
     const bool isArea = element == PE_Frame && qobject_cast<const QAbstractScrollArea*>(widget) != nullptr;
     const bool isBox = element == PE_FrameLineEdit;
-    if (element != PE_FrameFocusRect && !isBox && (!isButton || isFlat)) {
+    if (element != PE_FrameFocusRect && !isBox && !isArea && (!isButton || isFlat)) {
         QProxyStyle::drawPrimitive(element, option, painter, widget);
     }
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
     if (isBox) {
         DrawBox(option->rect, FieldLineOf(*option), option->palette.base(), *painter);
+    }
+    if (isArea) {
+        DrawEdge(option->rect, FieldLineOf(*option), *painter);
     }
     if (element == PE_IndicatorCheckBox || element == PE_IndicatorItemViewItemCheck) {
         DrawBox(option->rect, LineOf(option->palette), QBrush(), *painter);

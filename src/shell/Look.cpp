@@ -5,9 +5,6 @@
 
 #include <QApplication>
 
-#include <array>
-#include <cmath>
-
 namespace {
 
 /// Colours by role, for the states in which a control takes input, and the text colour of one that takes
@@ -26,17 +23,6 @@ const Colours DarkColours{QColor(0x2A, 0x2D, 0x32), QColor(0xE9, 0xEB, 0xEE), QC
                           QColor(0x24, 0x28, 0x2C), QColor(0x35, 0x39, 0x3F), QColor(0x4A, 0x4F, 0x57),
                           QColor(0x17, 0x19, 0x1C), QColor(0xA8, 0xAF, 0xB9), QColor(0x7B, 0x82, 0x8C),
                           QColor(0x2D, 0x6C, 0xA2), QColor(0x7F, 0xB6, 0xE6), QColor(0x35, 0x39, 0x3F)};
-
-double Luminance(const QColor& colour) {
-    const std::array<double, 3> parts = {colour.redF(), colour.greenF(), colour.blueF()};
-    const std::array<double, 3> weights = {0.2126, 0.7152, 0.0722};
-    double sum = 0;
-    for (size_t i = 0; i < parts.size(); ++i) {
-        const double part = parts[i];
-        sum += weights[i] * (part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4));
-    }
-    return sum;
-}
 
 }  // namespace
 
@@ -80,12 +66,6 @@ void Apply(const QString& wanted) {
     QApplication::setStyle(new FocusStyle);  // the application takes it over
     QApplication::setPalette(PaletteOf(scheme));
     QApplication::setWindowIcon(Icons::Get(QStringLiteral("larkspan")));
-}
-
-double Contrast(const QColor& one, const QColor& other) {
-    const double a = Luminance(one);
-    const double b = Luminance(other);
-    return (qMax(a, b) + 0.05) / (qMin(a, b) + 0.05);
 }
 
 }  // namespace Look

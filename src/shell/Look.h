@@ -16,7 +16,4 @@ enum class Scheme { Light, Dark };
 /// `wanted` is "light", "dark" or empty for the desktop's own.
 void Apply(const QString& wanted);
 
-/// Contrast of two colours by WCAG 2, from 1 to 21.
-[[nodiscard]] double Contrast(const QColor& one, const QColor& other);
-
 }  // namespace Look

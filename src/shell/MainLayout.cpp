@@ -1,8 +1,8 @@
 #include "shell/MainLayout.h"
 
+#include "controls/KeySplitter.h"
 #include "core/Settings.h"
 
-#include <QSplitter>
 #include <QVBoxLayout>
 #include <QWidget>
 
@@ -13,8 +13,6 @@ constexpr int Gap = 10;
 constexpr int EdgeGap = 7;  // above and below: height is scarcer than width
 constexpr int LeftShare = 9;
 constexpr int RightShare = 13;
-const QString WindowKey = QStringLiteral("Window");
-const QString SplitterKey = QStringLiteral("Splitter");
 
 QByteArray Read(const Settings& settings, const QString& key) {
     return QByteArray::fromBase64(settings.GetValue(SettingNames::SectionDisplay, key, QString()).toLatin1());
@@ -27,7 +25,7 @@ void Write(Settings& settings, const QString& key, const QByteArray& state) {
 }  // namespace
 
 MainLayout::MainLayout(QWidget& form, QWidget* top, QWidget* left, QWidget* right, QWidget* bottom)
-    : QObject(&form), m_form(form), m_splitter(new QSplitter(Qt::Horizontal)) {
+    : QObject(&form), m_form(form), m_splitter(new KeySplitter(Qt::Horizontal, form, Qt::Key_F8)) {
     m_splitter->setObjectName(QStringLiteral("splitMain"));
     m_splitter->setChildrenCollapsible(false);
     m_splitter->setHandleWidth(Gap);
@@ -42,6 +40,8 @@ MainLayout::MainLayout(QWidget& form, QWidget* top, QWidget* left, QWidget* righ
     rightColumn->addWidget(right, 1);
     rightColumn->addWidget(bottom);
     m_splitter->addWidget(rightSide);
+    m_splitter->SetBarName(QStringLiteral("Division between address book and message"),
+                           QStringLiteral("The arrow keys move it."));
     m_splitter->setStretchFactor(0, LeftShare);
     m_splitter->setStretchFactor(1, RightShare);
     auto* column = new QVBoxLayout(&form);
@@ -58,11 +58,11 @@ void MainLayout::Activate() {
 void MainLayout::Restore(const Settings& settings) {
     m_form.resize(FirstSize);
     m_splitter->setSizes({LeftShare * FirstSize.width(), RightShare * FirstSize.width()});
-    m_form.restoreGeometry(Read(settings, WindowKey));
-    m_splitter->restoreState(Read(settings, SplitterKey));
+    m_form.restoreGeometry(Read(settings, SettingNames::Window));
+    m_splitter->restoreState(Read(settings, SettingNames::Splitter));
 }
 
 void MainLayout::Save(Settings& settings) const {
-    Write(settings, WindowKey, m_form.saveGeometry());
-    Write(settings, SplitterKey, m_splitter->saveState());
+    Write(settings, SettingNames::Window, m_form.saveGeometry());
+    Write(settings, SettingNames::Splitter, m_splitter->saveState());
 }

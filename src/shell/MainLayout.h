@@ -2,13 +2,13 @@
 
 #include <QObject>
 
-class QSplitter;
+class KeySplitter;
 class QWidget;
 class Settings;
 
 /// Where the areas of the main window stand: the strip of buttons above, the two areas side by side with a
-/// bar between them that can be moved, the warning below the right one. Remembers size and division for the
-/// user: settings "Window" and "Splitter" of the section Display, in Base64.
+/// bar between them that can be moved (by keyboard after F8), the warning below the right one. Remembers size
+/// and division for the user: settings "Window" and "Splitter" of the section Display, in Base64.
 class MainLayout final : public QObject {
 public:
     /// Takes the children over into the form, in the order in which Tab visits them.
@@ -23,5 +23,5 @@ public:
 
 private:
     QWidget& m_form;
-    QSplitter* m_splitter;
+    KeySplitter* m_splitter;
 };

@@ -21,9 +21,6 @@
 
 namespace {
 
-const QString Section = QStringLiteral("Tip");
-const QString StartupKey = QStringLiteral("Startup");
-const QString NextKey = QStringLiteral("Next");
 constexpr int PictureSide = 40;
 
 }  // namespace
@@ -39,7 +36,8 @@ TipOfDay::TipOfDay(QStringList tips, const QString& company, const QString& appl
     m_ui->chkShowAtStartup->setChecked(IsWanted(settings));
     connect(m_ui->cmdNextTip, &QAbstractButton::clicked, this, &TipOfDay::ShowNextTip);
     connect(m_ui->chkShowAtStartup, &QCheckBox::toggled, this, [this](bool isOn) {
-        m_settings.SetValue(Section, StartupKey, isOn ? QStringLiteral("0") : QStringLiteral("1"));
+        m_settings.SetValue(SettingNames::SectionTip, SettingNames::Startup,
+                            isOn ? QStringLiteral("0") : QStringLiteral("1"));
     });
     ShowNextTip();
 }
@@ -58,7 +56,8 @@ void TipOfDay::ShowIfDue(const Machine& machine, Settings& settings, const Comma
 }
 
 bool TipOfDay::IsWanted(const Settings& settings) {
-    return Numbers::Read(settings.GetValue(Section, StartupKey, QStringLiteral("0"))) == 0.0;
+    return Numbers::Read(settings.GetValue(SettingNames::SectionTip, SettingNames::Startup,
+                                           QStringLiteral("0"))) == 0.0;
 }
 
 QStringList TipOfDay::TipsOf(const QString& fileText) {
@@ -74,12 +73,14 @@ QStringList TipOfDay::TipsOf(const QString& fileText) {
 }
 
 void TipOfDay::ShowNextTip() {
-    const double stored = Numbers::Read(m_settings.GetValue(Section, NextKey, QStringLiteral("0")));
+    const double stored =
+        Numbers::Read(m_settings.GetValue(SettingNames::SectionTip, SettingNames::Next, QStringLiteral("0")));
     const bool isLine = stored >= 0 && stored < static_cast<double>(m_tips.size());
     const qsizetype tip = isLine ? static_cast<qsizetype>(stored) : 0;
     m_ui->lblTip->setText(m_tips[tip]);
     m_ui->lblTip->setAccessibleName(m_tips[tip]);
-    m_settings.SetValue(Section, NextKey, QString::number((tip + 1) % m_tips.size()));
+    m_settings.SetValue(SettingNames::SectionTip, SettingNames::Next,
+                        QString::number((tip + 1) % m_tips.size()));
     GrowToTip();
 }
 

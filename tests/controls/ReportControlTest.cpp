@@ -3,6 +3,7 @@
 #include "controls/ReportPaint.h"
 #include "controls/ReportRecords.h"
 
+#include <QContextMenuEvent>
 #include <QDateTime>
 #include <QHeaderView>
 #include <QScrollBar>
@@ -95,6 +96,71 @@ TEST_F(ReportControlTest, RemovedRecordsStandUntilPopulate) {
     EXPECT_EQ(Order(), QStringLiteral("ca"));
     Grid.Populate();
     EXPECT_EQ(Grid.RowCount(), 0);
+}
+
+TEST_F(ReportControlTest, ControlAndADigitSortByThatColumnAndOnceMoreTurnTheOrder) {
+    AddThree();
+    QTest::keyClick(&Grid, Qt::Key_3, Qt::ControlModifier);
+    EXPECT_EQ(Order(), QStringLiteral("abc"));
+    EXPECT_EQ(Grid.header()->sortIndicatorSection(), 2) << "the head shows it";
+    QTest::keyClick(&Grid, Qt::Key_3, Qt::ControlModifier);
+    EXPECT_EQ(Order(), QStringLiteral("cba"));
+    QTest::keyClick(&Grid, Qt::Key_2, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(Order(), QStringLiteral("acb")) << "where digits take Shift";
+}
+
+TEST_F(ReportControlTest, OtherKeysAndADigitWithoutAColumnSortNothing) {
+    AddThree();
+    QTest::keyClick(&Grid, Qt::Key_4, Qt::ControlModifier);
+    QTest::keyClick(&Grid, Qt::Key_0, Qt::ControlModifier);
+    QTest::keyClick(&Grid, Qt::Key_3);
+    QTest::keyClick(&Grid, Qt::Key_3, Qt::AltModifier);
+    EXPECT_EQ(Order(), QStringLiteral("bca"));
+    QKeyEvent held(QEvent::KeyPress, Qt::Key_3, Qt::ControlModifier, QString(), true);
+    QCoreApplication::sendEvent(&Grid, &held);
+    EXPECT_EQ(Order(), QStringLiteral("bca")) << "a key that is held down does not flicker";
+}
+
+TEST_F(ReportControlTest, TheHeadsTellTheirKeys) {
+    for (int column = 0; column < 3; ++column) {
+        const QString key = QStringLiteral("Ctrl+%1").arg(column + 1);
+        for (const int role : {int(Qt::ToolTipRole), int(Qt::WhatsThisRole)}) {
+            const QString told = Grid.model()->headerData(column, Qt::Horizontal, role).toString();
+            EXPECT_TRUE(told.contains(key)) << told.toStdString();
+        }
+    }
+}
+
+TEST_F(ReportControlTest, TheMenuKeyBringsTheCursorsRowIntoViewFirst) {
+    for (int i = 0; i < 50; ++i) {
+        Add(QString::number(i), i);
+    }
+    Grid.Populate();
+    Grid.SelectFirstRow();
+    Grid.scrollToBottom();
+    QSignalSpy menus(&Grid, &ReportControl::ContextMenuRequested);
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint(0, 0), QPoint(0, 0));
+    QCoreApplication::sendEvent(Grid.viewport(), &event);
+    ASSERT_EQ(menus.size(), 1);
+    EXPECT_EQ(Grid.HitTest(menus.first().first().toPoint()), Grid.RowRecord(0));
+}
+
+TEST_F(ReportControlTest, ThirtyThousandSelectedRowsAreSortedWithTheirSelection) {
+    constexpr int Rows = 30000;
+    for (int i = 0; i < Rows; ++i) {
+        Add(QString::number(i), i);
+    }
+    Grid.Populate();
+    Grid.selectAll();
+    // One row less, or the selection is kept as a whole instead of row by row.
+    Grid.selectionModel()->select(Grid.model()->index(0, 0),
+                                  QItemSelectionModel::Deselect | QItemSelectionModel::Rows);
+    const ReportRecord* spared = Grid.RowRecord(0);
+    Grid.SetSortColumn(1, Qt::AscendingOrder);
+    EXPECT_EQ(Grid.RowRecord(Rows - 1), spared);
+    const QList<const ReportRecord*> selected = Grid.SelectedRecords();
+    EXPECT_EQ(selected.size(), Rows - 1);
+    EXPECT_FALSE(selected.contains(spared));
 }
 
 TEST_F(ReportControlTest, OutsideTheRecordsThereIsNone) {

@@ -105,21 +105,6 @@ bool IsText(const QWidget& widget) {
            widget.inherits("QAbstractSpinBox") || widget.inherits("QComboBox");
 }
 
-QChar MnemonicOf(const QWidget& widget) {
-    const auto* label = qobject_cast<const QLabel*>(&widget);
-    const bool isOwner =
-        label == nullptr ? FormTypes::Is<QAbstractButton>(&widget) : label->buddy() != nullptr;
-    const QString text = isOwner ? widget.property("text").toString() : widget.property("title").toString();
-    static const QRegularExpression mark(Q("&(.)"));
-    for (auto match = mark.globalMatch(text); match.hasNext();) {
-        const QChar letter = match.next().captured(1).at(0);
-        if (letter != u'&') {
-            return letter.toUpper();
-        }
-    }
-    return {};
-}
-
 /// Takes a larger font for the whole application while it lives.
 class LargerFont {
 public:
@@ -149,7 +134,16 @@ TEST_P(EveryForm, HasEachOfItsControlsOnceAndOfItsType) {
     }
 }
 
-TEST_P(EveryForm, TellsAScreenReaderTheNameOfEveryControlThatTakesInput) {
+TEST_P(EveryForm, TellsAScreenReaderTheNameOfEachOfItsControls) {
+    Open();
+    for (const FormControl& control : GetParam().Controls) {
+        const QAccessibleInterface* voice = QAccessible::queryAccessibleInterface(&Control(control.Name));
+        ASSERT_NE(voice, nullptr) << control.Name;
+        EXPECT_FALSE(voice->text(QAccessible::Name).trimmed().isEmpty()) << control.Name;
+    }
+}
+
+TEST_P(EveryForm, TellsAScreenReaderTheNameOfWhateverTakesInput) {
     Open();
     int controls = 0;
     for (QWidget* widget : Seen()) {

@@ -41,7 +41,7 @@ void Show(QWidget& form) {
 
 class OpenMain final : public OpenForm {
 public:
-    OpenMain() : m_window(&OpenMain::Fill) {
+    OpenMain() : m_window(&FullOffice) {
         m_window.Open();
         m_window.Form->ShowAlert(true);
         // Those that have nothing to do yet belong to the form all the same.
@@ -52,16 +52,6 @@ public:
     QWidget& Form() override { return *m_window.Form; }
 
 private:
-    static void Fill(TestMachine& machine) {
-        for (int i = 0; i < 40; ++i) {
-            machine.Office.AddContact(Q("Surname %1").arg(i), Q("First"), Q("+35386555%1").arg(1000 + i));
-        }
-        for (const char* name :
-             {"Drivers", "Finance", "Management", "On call", "Reception", "Sales", "Support"}) {
-            machine.Office.AddGroup(Q(name));
-        }
-    }
-
     MainWindow m_window;
 };
 

@@ -1,12 +1,14 @@
 #include "shell/MainWindow.h"
 
+#include "controls/Contrast.h"
 #include "controls/ListView.h"
+#include "controls/ReportControl.h"
 #include "shell/AlertStrip.h"
+#include "shell/FormTexts.h"
 
 #include <QCheckBox>
-#include <QGroupBox>
-#include <QLabel>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QStyleOptionButton>
 #include <QTimeEdit>
@@ -19,38 +21,6 @@ QString Q(const char* text) {
     return QString::fromLatin1(text);
 }
 
-QChar MnemonicOf(const QString& text) {
-    for (qsizetype i = 0; i + 1 < text.size(); ++i) {
-        if (text[i] == u'&') {
-            if (text[i + 1] != u'&') {
-                return text[i + 1].toUpper();
-            }
-            ++i;
-        }
-    }
-    return {};
-}
-
-QString TextOf(const QWidget& widget) {
-    const auto* button = qobject_cast<const QAbstractButton*>(&widget);
-    const auto* label = qobject_cast<const QLabel*>(&widget);
-    const auto* group = qobject_cast<const QGroupBox*>(&widget);
-    return button != nullptr                               ? button->text()
-           : label != nullptr && label->buddy() != nullptr ? label->text()
-           : group != nullptr                              ? group->title()
-                                                           : QString();
-}
-
-void FullOffice(TestMachine& machine) {
-    for (int i = 0; i < 40; ++i) {
-        machine.Office.AddContact(Q("Surname %1").arg(i), Q("First"), Q("+35386555%1").arg(1000 + i));
-    }
-    for (const char* name :
-         {"Drivers", "Finance", "Management", "On call", "Reception", "Sales", "Support"}) {
-        machine.Office.AddGroup(Q(name));
-    }
-}
-
 }  // namespace
 
 TEST(Form, NoMnemonicIsAKeyOfTheWindow) {
@@ -59,7 +29,7 @@ TEST(Form, NoMnemonicIsAKeyOfTheWindow) {
     int mnemonics = 0;
     const auto all = window.Form->findChildren<QWidget*>();
     for (const QWidget* widget : all) {
-        const QChar mnemonic = MnemonicOf(TextOf(*widget));
+        const QChar mnemonic = MnemonicOf(*widget);
         if (!mnemonic.isNull()) {
             EXPECT_FALSE(QStringLiteral("EMCRF0123456789").contains(mnemonic))
                 << widget->objectName().toStdString();
@@ -120,7 +90,7 @@ TEST(Look, EveryTextOfBothPalettesHasAContrastOfFourAndAHalf) {
     for (const auto scheme : {Look::Scheme::Light, Look::Scheme::Dark}) {
         const QPalette palette = Look::PaletteOf(scheme);
         for (const auto& [text, ground] : pairs) {
-            EXPECT_GE(Look::Contrast(palette.color(text), palette.color(ground)), 4.5)
+            EXPECT_GE(Contrast(palette.color(text), palette.color(ground)), 4.5)
                 << text << " on " << ground << " in scheme " << static_cast<int>(scheme);
         }
     }
@@ -131,23 +101,25 @@ TEST(Look, TheWarningCanBeReadInBothPalettes) {
         Look::Apply(Q(scheme));
         const AlertStrip strip;
         const auto* label = strip.findChild<QPushButton*>();
-        EXPECT_GE(Look::Contrast(label->palette().color(QPalette::ButtonText),
-                                 strip.palette().color(QPalette::Window)),
-                  4.5);
+        EXPECT_GE(
+            Contrast(label->palette().color(QPalette::ButtonText), strip.palette().color(QPalette::Window)),
+            4.5);
     }
     Look::Apply(Q("light"));
 }
 
-TEST(Look, FieldsAndTicksHaveAnOutlineThatIsSeenInBothPalettes) {
+TEST(Look, FieldsTextBoxesListsAndTicksHaveAnOutlineThatIsSeenInBothPalettes) {
     for (const char* scheme : {"light", "dark"}) {
         Look::Apply(Q(scheme));
         QWidget form;
         QLineEdit line(&form);
         QTimeEdit time(&form);
+        QPlainTextEdit text(&form);
+        ListView list(&form);
+        ReportControl grid(&form);
         QCheckBox tick(&form);
         form.show();
-        for (QWidget* field :
-             {static_cast<QWidget*>(&line), static_cast<QWidget*>(&time), static_cast<QWidget*>(&tick)}) {
+        for (QWidget* field : QWidgetList{&line, &time, &text, &list, &grid, &tick}) {
             field->adjustSize();
             QStyleOptionButton option;
             option.initFrom(&tick);
@@ -155,7 +127,7 @@ TEST(Look, FieldsAndTicksHaveAnOutlineThatIsSeenInBothPalettes) {
                 field == &tick ? tick.style()->subElementRect(QStyle::SE_CheckBoxIndicator, &option, &tick)
                                : field->rect();
             const QColor edge = field->grab().toImage().pixelColor(place.left(), place.center().y());
-            EXPECT_GE(Look::Contrast(edge, form.palette().color(QPalette::Window)), 1.5)
+            EXPECT_GE(Contrast(edge, form.palette().color(QPalette::Window)), 1.5)
                 << field->metaObject()->className() << ' ' << scheme;
         }
     }

@@ -1,8 +1,8 @@
 #include "shell/FormTexts.h"
 
+#include "controls/Contrast.h"
 #include "controls/ListView.h"
 #include "controls/TabControl.h"
-#include "shell/Look.h"
 
 #include <QAbstractButton>
 #include <QAbstractSpinBox>
@@ -11,6 +11,7 @@
 #include <QImage>
 #include <QLabel>
 #include <QLineEdit>
+#include <QRegularExpression>
 #include <QStyleOptionGroupBox>
 
 #include <algorithm>
@@ -93,6 +94,21 @@ QList<FormText> TextsOf(QWidget& form) {
     return texts;
 }
 
+QChar MnemonicOf(const QWidget& widget) {
+    const auto* label = qobject_cast<const QLabel*>(&widget);
+    const bool isOwner = label == nullptr ? qobject_cast<const QAbstractButton*>(&widget) != nullptr
+                                          : label->buddy() != nullptr;
+    const QString text = isOwner ? widget.property("text").toString() : widget.property("title").toString();
+    static const QRegularExpression mark(QStringLiteral("&(.)"));
+    for (auto match = mark.globalMatch(text); match.hasNext();) {
+        const QChar letter = match.next().captured(1).at(0);
+        if (letter != u'&') {
+            return letter.toUpper();
+        }
+    }
+    return {};
+}
+
 QImage FinePictureOf(QWidget& form) {
     QImage picture(form.size() * Fineness, QImage::Format_RGB32);
     picture.setDevicePixelRatio(Fineness);
@@ -112,7 +128,7 @@ double ContrastIn(const QImage& picture, const QRect& place) {
         std::max_element(pixels.cbegin(), pixels.cend(), [](int one, int other) { return one < other; });
     double contrast = 1;
     for (auto pixel = pixels.cbegin(); pixel != pixels.cend(); ++pixel) {
-        contrast = std::max(contrast, Look::Contrast(QColor(pixel.key()), QColor(ground.key())));
+        contrast = std::max(contrast, Contrast(QColor(pixel.key()), QColor(ground.key())));
     }
     return contrast;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QChar>
 #include <QColor>
 #include <QList>
 #include <QRect>
@@ -19,6 +20,10 @@ struct FormText {
 /// What a person has to see: texts of labels, buttons, frames, boxes, tabs and rows, and pictures on labels.
 /// Those of disabled controls are not among them.
 [[nodiscard]] QList<FormText> TextsOf(QWidget& form);
+
+/// The letter, in upper case, that chooses a control together with Alt: of a button, a frame with a title, or
+/// a label with a buddy. Null without one.
+[[nodiscard]] QChar MnemonicOf(const QWidget& widget);
 
 /// The whole form as it is painted, in so many pixels that the strokes of letters have their full colour.
 [[nodiscard]] QImage FinePictureOf(QWidget& form);

@@ -105,6 +105,22 @@ TEST(Keys, AnotherModifierOrAnotherKeyDoesNothingHere) {
     EXPECT_TRUE(window.Form->isVisible());
 }
 
+TEST(Keys, F8ReachesTheBarBetweenAddressBookAndMessageAndTheArrowsMoveIt) {
+    MainWindow window;
+    window.Open();
+    for (const char* name : {"txtMessage", "lvContacts", "tabGroup", "txtEndWidth", "cbTails", "cmdExit"}) {
+        QWidget* control = window.Find(name);
+        control->setFocus();
+        QTest::keyClick(control, Qt::Key_F8);
+        const int before = window.Find("lvContacts")->width();
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Right);
+        EXPECT_GT(window.Find("lvContacts")->width(), before) << name;
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Left);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_F8);
+        EXPECT_TRUE(control->hasFocus()) << name;
+    }
+}
+
 TEST(Keys, TheKeysWorkWhereverTheFocusIs) {
     MainWindow window;
     window.Open();

@@ -11,6 +11,18 @@
 
 #include <memory>
 
+/// Gives an office forty contacts and seven groups.
+inline void FullOffice(TestMachine& machine) {
+    for (int i = 0; i < 40; ++i) {
+        machine.Office.AddContact(QStringLiteral("Surname %1").arg(i), QStringLiteral("First"),
+                                  QStringLiteral("+35386555%1").arg(1000 + i));
+    }
+    for (const char* name :
+         {"Drivers", "Finance", "Management", "On call", "Reception", "Sales", "Support"}) {
+        machine.Office.AddGroup(QString::fromLatin1(name));
+    }
+}
+
 /// The main window, loaded on an office of its own and shown on the offscreen screen.
 class MainWindow {
 public:

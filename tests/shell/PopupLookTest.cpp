@@ -1,3 +1,4 @@
+#include "controls/Contrast.h"
 #include "controls/PopupControl.h"
 #include "shell/MainWindow.h"
 #include "shell/StatusPoll.h"
@@ -55,7 +56,7 @@ public:
             for (int x = area.left(); x <= area.right(); ++x) {
                 const QColor pixel = picture.pixelColor(x, y);
                 drawn.Pixels += pixel != ground ? 1 : 0;
-                drawn.Contrast = std::max(drawn.Contrast, Look::Contrast(pixel, ground));
+                drawn.Contrast = std::max(drawn.Contrast, Contrast(pixel, ground));
             }
         }
         return drawn;
@@ -78,7 +79,7 @@ TEST_F(PopupLook, InBothPalettesAndAtTwiceTheScaleLinesAndIconStandOutFromTheGro
             const QImage picture = Picture(scale);
             const std::string where = scheme.toStdString() + " x" + std::to_string(scale);
             const QColor words = Popup().palette().color(QPalette::WindowText);
-            EXPECT_GE(Look::Contrast(words, Ground(picture)), 4.5) << where;
+            EXPECT_GE(Contrast(words, Ground(picture)), 4.5) << where;
             for (int line = 1; line <= 3; ++line) {
                 const Drawn drawn = DrawnIn(picture, Pixels(picture, LinePlace(line)));
                 EXPECT_GE(drawn.Contrast, 4.5) << where << " line " << line;
