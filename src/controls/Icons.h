@@ -8,7 +8,8 @@
 /// are sharp at any scale.
 namespace Icons {
 
-/// The icon `name`, which is the file name in icons/ without its ending; a null icon for an unknown name.
+/// The icon `name`, which is the file name in icons/ (the program's own icon: in packaging/) without its
+/// ending; a null icon for an unknown name.
 [[nodiscard]] QIcon Get(const QString& name);
 /// All names, sorted.
 [[nodiscard]] QStringList Names();

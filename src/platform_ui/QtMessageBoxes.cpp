@@ -1,5 +1,6 @@
 #include "platform_ui/QtMessageBoxes.h"
 
+#include "controls/Icons.h"
 #include "controls/ModalDoor.h"
 
 #include <QAbstractButton>
@@ -11,18 +12,24 @@
 
 namespace {
 
-QMessageBox::Icon IconOf(BoxIcon icon) {
+constexpr int PictureSide = 40;
+
+/// The program's own drawing, sharp on the screen of `window`; null for no picture.
+QPixmap PictureOf(BoxIcon icon, const QWidget& window) {
+    const auto draw = [&window](const QString& name) {
+        return Icons::Get(name).pixmap(QSize(PictureSide, PictureSide), window.devicePixelRatioF());
+    };
     switch (icon) {
         case BoxIcon::Information:
-            return QMessageBox::Information;
+            return draw(QStringLiteral("info"));
         case BoxIcon::Question:
-            return QMessageBox::Question;
+            return draw(QStringLiteral("question"));
         case BoxIcon::Critical:
-            return QMessageBox::Critical;
+            return draw(QStringLiteral("critical"));
         case BoxIcon::None:
             break;
     }
-    return QMessageBox::NoIcon;
+    return {};
 }
 
 /// The box belongs over a dialog that is open, else over the window in use, else (while another program is in
@@ -62,7 +69,8 @@ BoxAnswer QtMessageBoxes::Show(const BoxRequest& request) {
     // Plain: a name or an engine's error text may look like markup.
     box->setTextFormat(Qt::PlainText);
     box->setText(QString(request.Text).replace(QStringLiteral("\r\n"), QStringLiteral("\n")));
-    box->setIcon(IconOf(request.Icon));
+    QWidget* const owner = OwnerWindow();
+    box->setIconPixmap(PictureOf(request.Icon, owner != nullptr ? *owner : *box));
     if (request.Buttons == BoxButtons::YesNo) {
         box->setStandardButtons(QMessageBox::Yes | QMessageBox::No);
         box->setDefaultButton(QMessageBox::No);
@@ -70,7 +78,7 @@ BoxAnswer QtMessageBoxes::Show(const BoxRequest& request) {
     } else {
         box->setStandardButtons(QMessageBox::Ok);
     }
-    m_door.ShowModal(*box, OwnerWindow());
+    m_door.ShowModal(*box, owner);
     const BoxAnswer answer = AnswerOf(box, request.Buttons);
     delete box.data();
     return answer;

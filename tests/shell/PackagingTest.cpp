@@ -66,6 +66,15 @@ TEST(Packaging, TheMetainfoIsWellFormedAndPointsToTheDesktopFile) {
                          {Q("validate"), Q("--no-net"), Packaging.filePath(Q("larkspan.metainfo.xml"))}));
 }
 
+TEST(Packaging, TheNewestReleaseIsTheSameInTheMetainfoAndTheChangelog) {
+    const auto release = QRegularExpression(Q("<release version=\"([^\"]+)\" date=\"([^\"]+)\"/>"))
+                             .match(Read("larkspan.metainfo.xml"));
+    ASSERT_TRUE(release.hasMatch());
+    const QString changes = Read("../CHANGELOG.md");
+    const QString newest = changes.mid(changes.indexOf(Q("\n## ")) + 1).section(u'\n', 0, 0);
+    EXPECT_EQ(newest, Q("## %1 (%2)").arg(release.captured(1), release.captured(2)));
+}
+
 TEST(Packaging, TheIconIsThereAsADrawingAndInTheSizesThatDesktopsAskFor) {
     EXPECT_TRUE(QSvgRenderer(Packaging.filePath(Q("larkspan.svg"))).isValid());
     for (const int side : {16, 24, 32, 48, 64, 128, 256}) {
@@ -95,13 +104,10 @@ TEST(Packaging, TheTraysIconFileHasEverySizeThatPanelsAskFor) {
     EXPECT_EQ(sides, QList<int>({16, 22, 24, 32, 48}));
 }
 
-TEST(Packaging, TheSymbolicIconIsADrawingInOneColourAndTheOneThatTheProgramHas) {
+TEST(Packaging, TheSymbolicIconIsADrawingInOneColour) {
     const QString drawing = Read("larkspan-symbolic.svg");
     EXPECT_TRUE(QSvgRenderer(drawing.toUtf8()).isValid());
     EXPECT_EQ(drawing.count(u'#'), 1);
-    QFile own(Q(SOURCE_FOLDER "/controls/icons/larkspan-symbolic.svg"));
-    ASSERT_TRUE(own.open(QIODevice::ReadOnly));
-    EXPECT_EQ(QString::fromUtf8(own.readAll()), drawing);
 }
 
 TEST(Packaging, TheSoundsAreShortQuietAndDifferent) {
