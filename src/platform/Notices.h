@@ -9,7 +9,7 @@ enum class BalloonIcon { Information = 1, Warning = 2, Error = 3 };
 class TrayBalloon {
 public:
     virtual ~TrayBalloon() = default;
-    /// `timeValue` is the tray's own measure of how long.
+    /// `timeValue` is how long, in seconds; a desktop may show it longer or shorter.
     virtual void ShowBalloonTip(int timeValue, const QString& title, const QString& text,
                                 BalloonIcon icon) = 0;
 };
