@@ -53,8 +53,6 @@ private:
     void CancelOne();
     void WorkInHistory();
     void SeePublicHistory();
-    /// What the phonebook asks for before it shows the public history.
-    void SetPublicPassword(const QString& password);
 
     void ShowLooks();
 

@@ -5,6 +5,7 @@
 #include "e2e/RealInput.h"
 #include "shell/Look.h"
 #include "shell/frmMain.h"
+#include "store/Outbox.h"
 
 #include <QApplication>
 #include <QDateTimeEdit>
@@ -14,6 +15,53 @@
 #include <QTest>
 
 #include <cstdio>
+
+namespace {
+
+/// The office's password for the public history while it lives; then the one from before, as a run of the
+/// tour that stops halfway must not lock people out of theirs.
+class PublicPassword {
+public:
+    /// Throws DriverError if the phonebook cannot be read or written.
+    PublicPassword(AppContext& context, const QString& password)
+        : m_phonebook(context.Database), m_before(Read(context)) {
+        Write(password);
+    }
+    ~PublicPassword() {
+        try {
+            Write(m_before);
+        } catch (const DriverError& failure) {
+            std::fprintf(stderr, "%s\n", failure.what());
+        }
+    }
+    PublicPassword(const PublicPassword&) = delete;
+    PublicPassword& operator=(const PublicPassword&) = delete;
+
+private:
+    QString Read(const AppContext& context) {
+        m_phonebook.Filename = context.PhonebookDB->Filename;
+        const auto rows =
+            m_phonebook.OpenDatabase(engine::Mode::ReadWriteShared)
+                ? m_phonebook.OpenDynaset(QStringLiteral("SELECT * FROM Config"),
+                                          engine::CursorType::ForwardOnly, engine::LockType::ReadOnly)
+                : nullptr;
+        if (rows == nullptr || rows->EndOfFile()) {
+            throw DriverError(QStringLiteral("the password could not be read"));
+        }
+        return rows->Value(QStringLiteral("cfgPublicHistoryPassword")).toString();
+    }
+    void Write(const QString& password) {
+        if (!m_phonebook.Execute(QStringLiteral("UPDATE Config SET cfgPublicHistoryPassword='%1'")
+                                     .arg(mdlOutbox::QuoteSQL(password)))) {
+            throw DriverError(QStringLiteral("the password could not be set"));
+        }
+    }
+
+    DB m_phonebook;
+    QString m_before;
+};
+
+}  // namespace
 
 /// A message for tomorrow is taken back before the gateway gets it.
 void Tour::CancelOne() {
@@ -58,18 +106,9 @@ void Tour::WorkInHistory() {
     Driver::Click(QStringLiteral("cmdClose"));
 }
 
-void Tour::SetPublicPassword(const QString& password) {
-    DB phonebook(m_context.Database);
-    phonebook.Filename = m_context.PhonebookDB->Filename;
-    if (!phonebook.OpenDatabase(engine::Mode::ReadWriteShared) ||
-        !phonebook.Execute(QStringLiteral("UPDATE Config SET cfgPublicHistoryPassword='%1'").arg(password))) {
-        throw DriverError(QStringLiteral("the password could not be set"));
-    }
-}
-
 void Tour::SeePublicHistory() {
     const QString password = QStringLiteral("harbour");
-    SetPublicPassword(password);
+    const PublicPassword here(m_context, password);
     Driver::WhenDialog(QStringLiteral("frmPassword"), [this, password] {
         RealInput::Do({QStringLiteral("keyup"), QStringLiteral("ctrl")});
         Driver::Type(QStringLiteral("txtPassword"), password);
@@ -86,6 +125,5 @@ void Tour::SeePublicHistory() {
     });
     RealInput::Do({QStringLiteral("keydown"), QStringLiteral("ctrl")});
     Driver::Click(QStringLiteral("cmdHistory"));
-    SetPublicPassword(QString());
     std::printf("    the public history opened with Ctrl and its password\n");
 }
