@@ -3,6 +3,7 @@
 #include "app/EntryRoutine.h"
 #include "app/RealMachine.h"
 #include "core/Product.h"
+#include "platform/BrokenPipes.h"
 #include "platform/Folders.h"
 #include "platform/SilentBus.h"
 #include "shell/Application.h"
@@ -30,6 +31,7 @@ void Print(FILE* stream, const QString& text) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    PassOverBrokenPipes();
     // Before the window system: these answers need none.
     const CommandLine commandLine(ArgumentsOf(argc, argv));
     if (commandLine.IsHelp) {

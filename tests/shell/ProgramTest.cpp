@@ -6,8 +6,12 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <csignal>
+#include <functional>
 #include <memory>
+
+#include <unistd.h>
 
 namespace {
 
@@ -30,6 +34,7 @@ struct Account {
         }
         environment.insert(Q("TEMP"), Home.path() + Q("/"));
         environment.insert(Q("QT_QPA_PLATFORM"), Q("offscreen"));
+        environment.remove(Q("DBUS_SESSION_BUS_ADDRESS"));
         return environment;
     }
     [[nodiscard]] QString Log() const {
@@ -38,12 +43,25 @@ struct Account {
     }
 };
 
+/// Makes an output of the process a pipe that nobody reads any more; runs in the child, before the program.
+void LoseReader(int output) {
+    std::array<int, 2> pipe{};
+    if (::pipe(pipe.data()) != 0 || dup2(pipe[1], output) < 0 || close(pipe[0]) != 0) {
+        _exit(98);
+    }
+    close(pipe[1]);
+}
+
 /// One start of the real program.
 class Program {
 public:
-    Program(const Account& account, const QStringList& arguments) {
+    Program(const Account& account, const QStringList& arguments, const std::function<void()>& inChild = {})
+        : Program(account, Q(LARKSPAN), arguments, inChild) {}
+    Program(const Account& account, const QString& path, const QStringList& arguments,
+            const std::function<void()>& inChild) {
         m_process.setProcessEnvironment(account.Environment());
-        m_process.start(Q(LARKSPAN), arguments);
+        m_process.setChildProcessModifier(inChild);
+        m_process.start(path, arguments);
     }
     ~Program() { Kill(); }
     Program(const Program&) = delete;
@@ -141,4 +159,28 @@ TEST(Program, AStartWhileTheFirstIsBusyDoesNotWaitForIt) {
     EXPECT_TRUE(second.WaitForEnd());
     ASSERT_EQ(kill(static_cast<pid_t>(first.Process().processId()), SIGCONT), 0);
     EXPECT_TRUE(first.IsRunning());
+}
+
+TEST(Program, ALogLineThatNobodyReadsAnyMoreDoesNotEndTheProgram) {
+    const Account account;
+    Program program(account, {Q("--data"), account.Office.DataFolder.path(), Q("/error")},
+                    [] { LoseReader(STDERR_FILENO); });
+    ASSERT_TRUE(IsUp(account));
+    EXPECT_TRUE(program.IsRunning());
+    EXPECT_TRUE(account.Log().contains(Q("Application started at "))) << "a line was written at least there";
+}
+
+TEST(Program, TheDataToolFinishesItsWorkAlthoughNobodyReadsWhatItSays) {
+    const Account account;
+    const QString folder = account.Home.filePath(Q("office"));
+    Program tool(account, Q(LARKSPAN_DATA), {Q("create"), folder, Q("--sample"), Q("5")}, [] {
+        LoseReader(STDOUT_FILENO);
+        LoseReader(STDERR_FILENO);
+    });
+    ASSERT_TRUE(tool.WaitForEnd());
+    EXPECT_EQ(tool.Process().exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(tool.ExitCode(), 0);
+    Program check(account, Q(LARKSPAN_DATA), {Q("check"), folder}, {});
+    ASSERT_TRUE(check.WaitForEnd());
+    EXPECT_EQ(check.ExitCode(), 0);
 }

@@ -1,11 +1,13 @@
 #include "common/ProgressBar.h"
 #include "common/StopSignal.h"
 #include "larkspan-data/Commands.h"
+#include "platform/BrokenPipes.h"
 #include "store/engine/Connection.h"
 
 #include <QCoreApplication>
 
 int main(int argc, char** argv) {
+    PassOverBrokenPipes();
     StopSignal stop;
     const QCoreApplication application(argc, argv);
     engine::FileConnectionFactory engines;

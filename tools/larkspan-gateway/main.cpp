@@ -1,14 +1,12 @@
 #include "common/StopSignal.h"
 #include "common/ToolMachine.h"
 #include "larkspan-gateway/GatewayCommand.h"
+#include "platform/BrokenPipes.h"
 
 #include <QCoreApplication>
 
-#include <csignal>
-
 int main(int argc, char** argv) {
-    // A reader of the output that goes away must not end the gateway in the middle of a message.
-    std::signal(SIGPIPE, SIG_IGN);
+    PassOverBrokenPipes();
     StopSignal stop;
     const QCoreApplication application(argc, argv);
     ToolMachine machine;
