@@ -18,6 +18,23 @@
 #include "platform/SuppliedFiles.h"
 #include "platform_ui/Instance.h"
 
+namespace {
+
+/// A setting with ".mdb" anywhere in it names a file and no folder.
+bool IsTakenForFile(const QString& folder) {
+    return mdlOutbox::OutboxFile(folder) == folder;
+}
+
+QString OutboxIn(const QString& folder) {
+    return Text::WithBackslash(folder) + QStringLiteral("smsmessages.mdb");
+}
+
+QString PhonebookIn(const QString& folder) {
+    return Text::WithBackslash(folder) + QStringLiteral("smscontacts.mdb");
+}
+
+}  // namespace
+
 EntryRoutine::EntryRoutine(AppContext& context, const Machine& machine, EntryScreens& screens,
                            const CommandLine& commandLine)
     : m_context(context), m_machine(machine), m_screens(screens), m_commandLine(commandLine) {}
@@ -61,7 +78,13 @@ bool EntryRoutine::Run() {
     m_machine.Boxes.Show({Product::AppTitle,
                           QStringLiteral("The main window could not be opened. The program ends now."),
                           BoxIcon::Critical, BoxButtons::Ok});
+    End(StartFailed);
     return false;
+}
+
+void EntryRoutine::End(int status) {
+    m_isEnding = true;
+    m_exitStatus = status;
 }
 
 // The exit path cannot end an event loop that does not run yet, so a window closed during the start is looked
@@ -82,8 +105,21 @@ void EntryRoutine::StartFileLog() {
 
 void EntryRoutine::CheckPreviousInstance() {
     if (m_machine.OneCopy.IsPreviousInstance()) {
-        m_isEnding = true;
+        End(0);
+        Trap([this] { RefuseDataFolderOfSecondStart(); });
         mdlInstance::ActivatePreviousInstance(m_machine);
+    }
+}
+
+void EntryRoutine::RefuseDataFolderOfSecondStart() {
+    Settings settings;
+    settings.SetApplication(Product::AppTitle);
+    const QString inUse = settings.GetValue(SettingNames::SectionDB, SettingNames::Outbox, QString());
+    const QString& asked = m_commandLine.DataFolder;
+    if (!asked.isEmpty() && mdlOutbox::OutboxFile(inUse) != OutboxIn(asked)) {
+        m_exitStatus = OptionUnusable;
+        m_machine.AppLog.Write(
+            QStringLiteral("--data is not used: the running copy keeps the folder it works with."));
     }
 }
 
@@ -99,19 +135,21 @@ void EntryRoutine::CreateSettings() {
 void EntryRoutine::TakeDataFolder() {
     Settings& settings = m_context.AppSettings;
     const QString& folder = m_commandLine.DataFolder;
-    const bool hasPhonebook =
-        m_machine.Files.Exists(Text::WithBackslash(folder) + QStringLiteral("smscontacts.mdb"));
+    const bool hasPhonebook = m_machine.Files.Exists(PhonebookIn(folder));
     const QString contacts = settings.GetValue(SettingNames::SectionDB, SettingNames::Contacts, QString());
     if (!hasPhonebook && !m_machine.Files.Exists(contacts)) {
-        m_isEnding = true;
+        End(OptionUnusable);
         const QString text =
             QStringLiteral("There is no smscontacts.mdb in %1.\r\nThe settings stay as they are.");
         m_machine.Boxes.Show({Product::AppTitle, text.arg(folder), BoxIcon::Critical, BoxButtons::Ok});
         return;
     }
-    settings.SetValue(SettingNames::SectionDB, SettingNames::Outbox, folder);
+    settings.SetValue(SettingNames::SectionDB, SettingNames::Outbox,
+                      IsTakenForFile(folder) ? OutboxIn(folder) : folder);
     if (hasPhonebook) {
-        settings.SetValue(SettingNames::SectionDB, SettingNames::Contacts, QString());
+        // In a folder the phonebook is found by itself, beside a file it is not.
+        settings.SetValue(SettingNames::SectionDB, SettingNames::Contacts,
+                          IsTakenForFile(folder) ? PhonebookIn(folder) : QString());
     }
     mdlSetupWizard::SetSetupFinished(settings);
 }
@@ -127,7 +165,7 @@ void EntryRoutine::CheckSetupWizard() {
         mdlSetupWizard::SetSetupFinished(m_context.AppSettings);
         m_context.AppBusyState.SetAppBusyState(Busy::StartingUp);
     } else {
-        m_isEnding = true;
+        End(StartFailed);
     }
 }
 

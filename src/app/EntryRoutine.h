@@ -52,11 +52,23 @@ public:
     /// another copy, the setup was canceled, --data names a folder without a phonebook, the main window was
     /// closed while the start let events through, or it did not come up at all, which a box has told.
     [[nodiscard]] bool Run();
+    /// What the process ends with if Run returned false: 0 where that is no failure (another copy was brought
+    /// to the front, the window was closed again), StartFailed or OptionUnusable otherwise.
+    [[nodiscard]] int ExitStatus() const { return m_exitStatus; }
+
+    /// The setup was not finished, or there is no main window.
+    static constexpr int StartFailed = 1;
+    /// The value of an option cannot be used, as in CommandLine::Problem.
+    static constexpr int OptionUnusable = 2;
 
 private:
     [[nodiscard]] bool IsOver() const;
+    /// The start ends here, with this status.
+    void End(int status);
     void StartFileLog();
     void CheckPreviousInstance();
+    /// Says in the log that --data does nothing where the running copy works with another folder.
+    void RefuseDataFolderOfSecondStart();
     void CreateSettings();
     /// Writes what --data asks for. The folder's own phonebook counts; one that lies elsewhere stays in use
     /// if the folder has none. With neither there is nothing to work with: a box says so, no setting is
@@ -76,4 +88,5 @@ private:
     EntryScreens& m_screens;
     const CommandLine& m_commandLine;
     bool m_isEnding = false;
+    int m_exitStatus = 0;
 };

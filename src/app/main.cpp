@@ -14,8 +14,6 @@
 
 namespace {
 
-constexpr int UsageError = 2;
-
 QStringList ArgumentsOf(int argc, char** argv) {
     QStringList arguments;
     for (int index = 1; index < argc; ++index) {
@@ -44,7 +42,7 @@ int main(int argc, char** argv) {
     }
     if (!commandLine.Problem.isEmpty()) {
         Print(stderr, QStringLiteral("larkspan: ") + commandLine.Problem + u'\n');
-        return UsageError;
+        return EntryRoutine::OptionUnusable;
     }
 
     CompleteEnvironment();
@@ -57,7 +55,7 @@ int main(int argc, char** argv) {
     AppContext context(machine);
     MainScreens screens(context, machine, commandLine);
     EntryRoutine entry(context, machine, screens, commandLine);
-    const int status = entry.Run() ? Application::exec() : 0;
+    const int status = entry.Run() ? Application::exec() : entry.ExitStatus();
     application.SetLastResort(nullptr, nullptr);
     return status;
 }

@@ -28,13 +28,19 @@ protected:
         TestMachine::Store(SettingNames::SectionDB, SettingNames::Contacts, path);
     }
     /// Whether the program goes on.
-    bool Run() {
-        const CommandLine arguments({Q("--data"), m_folder.path()});
+    bool Run() { return Run(m_folder.path()); }
+    bool Run(const QString& folder) {
+        const CommandLine arguments({Q("--data"), folder});
         const Machine seams = m_machine.Seams();
         AppContext context(seams);
         RecordingScreens screens(context.AppBusyState);
-        const bool goesOn = EntryRoutine(context, seams, screens, arguments).Run();
+        EntryRoutine entry(context, seams, screens, arguments);
+        const bool goesOn = entry.Run();
         m_calls = screens.Calls;
+        m_exitStatus = entry.ExitStatus();
+        m_isPhonebookOpen = context.PhonebookDB != nullptr && context.PhonebookDB->IsConnected();
+        m_outboxFile = context.OutboxDB != nullptr ? context.OutboxDB->Filename : QString();
+        m_isOutboxFine = goesOn && mdlOutbox::OpenOutbox(context.Outbox);
         return goesOn;
     }
     static QString Outbox() { return TestMachine::Stored(SettingNames::SectionDB, SettingNames::Outbox); }
@@ -46,6 +52,10 @@ protected:
     TestMachine m_machine;
     QTemporaryDir m_folder;
     QStringList m_calls;
+    int m_exitStatus = -1;
+    bool m_isPhonebookOpen = false;
+    bool m_isOutboxFine = false;
+    QString m_outboxFile;
 };
 
 TEST_F(DataOption, AFolderWithItsOwnPhonebookTakesThePlaceOfAnotherPhonebook) {
@@ -76,11 +86,46 @@ TEST_F(DataOption, WithoutAnyPhonebookItIsRefusedAndTheSettingsStay) {
                                       Q("There is no smscontacts.mdb in ") + m_folder.path() +
                                           Q(".\r\nThe settings stay as they are."),
                                       BoxIcon::Critical, BoxButtons::Ok}}));
+        EXPECT_EQ(m_exitStatus, 2);
         EXPECT_TRUE(m_calls.isEmpty()) << m_calls.join(u' ').toStdString();
         EXPECT_EQ(Outbox(), m_machine.Office.DataFolder.path());
         EXPECT_EQ(Contacts(), contacts);
         EXPECT_EQ(RunWizard(), Q("1"));
     }
+}
+
+/// Both files in a folder whose name would be taken for a file's.
+class DataOptionInMdbFolder : public DataOption {
+protected:
+    void SetUp() override {
+        DataOption::SetUp();
+        m_mdbFolder = InFolder(Q("old.mdb files"));
+        ASSERT_TRUE(QDir().mkpath(m_mdbFolder));
+        ASSERT_TRUE(QFile::copy(m_machine.Office.OutboxPath(), m_mdbFolder + Q("/smsmessages.mdb")));
+    }
+
+    QString m_mdbFolder;
+};
+
+TEST_F(DataOptionInMdbFolder, TheFilesAreStoredAndOpenNowAndAtTheNextStart) {
+    ASSERT_TRUE(QFile::copy(m_machine.Office.PhonebookPath(), m_mdbFolder + Q("/smscontacts.mdb")));
+    EXPECT_TRUE(Run(m_mdbFolder));
+    EXPECT_EQ(Outbox(), m_mdbFolder + Q("\\smsmessages.mdb"));
+    EXPECT_EQ(Contacts(), m_mdbFolder + Q("\\smscontacts.mdb"));
+    EXPECT_EQ(m_outboxFile, Outbox());
+    EXPECT_TRUE(m_isOutboxFine);
+    EXPECT_TRUE(m_isPhonebookOpen);
+    m_machine.OneCopy.IsPrevious = true;
+    EXPECT_FALSE(Run(m_mdbFolder));
+    EXPECT_EQ(m_exitStatus, 0) << "the folder that is in use";
+}
+
+TEST_F(DataOptionInMdbFolder, WithoutAPhonebookThereTheOneInUseStays) {
+    StoreContacts(m_machine.Office.PhonebookPath());
+    EXPECT_TRUE(Run(m_mdbFolder));
+    EXPECT_EQ(Outbox(), m_mdbFolder + Q("\\smsmessages.mdb"));
+    EXPECT_EQ(Contacts(), m_machine.Office.PhonebookPath());
+    EXPECT_TRUE(m_isOutboxFine);
 }
 
 TEST(EntryRoutineOutbox, TheSmallestMessageSizeCountsUntilTheOutboxTellsAnother) {

@@ -4,6 +4,7 @@
 #include "support/Environment.h"
 
 #include <QDir>
+#include <QFile>
 #include <QLocale>
 
 #include <gtest/gtest.h>
@@ -66,6 +67,7 @@ TEST(EntryRoutine, WithoutAMainWindowTheProgramSaysSoAndEnds) {
     EXPECT_TRUE(machine.Office.Boxes.Shown.first().Text.contains(Q("main window could not be opened")));
     EXPECT_TRUE(start.Screens.Calls.contains(Q("DropSplash 2")))
         << "the splash does not stand in front of it";
+    EXPECT_EQ(start.ExitStatus, 1);
 }
 
 TEST(EntryRoutine, AMainWindowClosedWhileEventsAreLetThroughEndsTheProcessAtOnce) {
@@ -81,6 +83,7 @@ TEST(EntryRoutine, AMainWindowClosedWhileEventsAreLetThroughEndsTheProcessAtOnce
             }
         };
         EXPECT_FALSE(start.Run()) << pass;
+        EXPECT_EQ(start.ExitStatus, 0) << pass;
         EXPECT_EQ(start.Screens.Calls, Start::Whole().first(calls)) << pass;
     }
 }
@@ -143,6 +146,34 @@ TEST(EntryRoutine, ASecondStartActivatesTheFirstAndEndsAtOnce) {
     EXPECT_TRUE(start.Screens.Calls.isEmpty());
     EXPECT_EQ(machine.Desktop.Calls, (QStringList{Q("show request to 12"), Q("foreground 12")}));
     EXPECT_EQ(start.Context.PhonebookDB, nullptr) << "nothing was opened";
+    EXPECT_EQ(start.ExitStatus, 0);
+}
+
+TEST(EntryRoutine, ASecondStartWithAnotherDataFolderRaisesTheFirstAndSaysThatItKeepsItsFolder) {
+    TestMachine machine;
+    machine.StoreOffice();
+    machine.OneCopy.IsPrevious = true;
+    machine.Desktop.Add(12, Q("LarkspanMainForm"), Q("Larkspan Messenger"));
+    machine.KeepLog();
+    const QTemporaryDir other;
+    ASSERT_TRUE(QFile::copy(machine.Office.OutboxPath(), other.filePath(Q("smsmessages.mdb"))));
+    Start start(machine, {Q("--data"), other.path()});
+    EXPECT_FALSE(start.Run());
+    EXPECT_EQ(start.ExitStatus, 2);
+    EXPECT_EQ(machine.LogLines().section(u' ', 2),
+              Q("--data is not used: the running copy keeps the folder it works with.\n"));
+    EXPECT_EQ(machine.Desktop.Calls, (QStringList{Q("show request to 12"), Q("foreground 12")}));
+}
+
+TEST(EntryRoutine, ASecondStartWithTheDataFolderInUseIsNoFailure) {
+    TestMachine machine;
+    machine.StoreOffice();
+    machine.OneCopy.IsPrevious = true;
+    machine.KeepLog();
+    Start start(machine, {Q("--data"), machine.Office.DataFolder.path()});
+    EXPECT_FALSE(start.Run());
+    EXPECT_EQ(start.ExitStatus, 0);
+    EXPECT_EQ(machine.LogLines(), QString());
 }
 
 TEST(EntryRoutine, ASecondStartDoesNotTouchTheSettingsOfTheFirst) {

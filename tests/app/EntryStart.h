@@ -14,12 +14,19 @@
 struct Start {
     explicit Start(TestMachine& machine, const QStringList& arguments = {})
         : Arguments(arguments), Seams(machine.Seams()), Context(Seams), Screens(Context.AppBusyState) {}
-    bool Run() { return EntryRoutine(Context, Seams, Screens, Arguments).Run(); }
+    bool Run() {
+        EntryRoutine entry(Context, Seams, Screens, Arguments);
+        const bool goesOn = entry.Run();
+        ExitStatus = entry.ExitStatus();
+        return goesOn;
+    }
 
     CommandLine Arguments;
     Machine Seams;
     AppContext Context;
     RecordingScreens Screens;
+    /// Of the run.
+    int ExitStatus = -1;
 
     /// What the screens are asked for by a start that nothing comes in the way of, with the busy state.
     [[nodiscard]] static QStringList Whole() {

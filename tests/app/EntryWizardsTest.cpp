@@ -13,6 +13,7 @@ TEST(EntryRoutine, AFirstRunWithoutSettingsRunsTheSetupWizard) {
     EXPECT_FALSE(start.Run());
     EXPECT_EQ(start.Screens.Calls, QStringList{Q("RunSetupWizard 1")}) << "in busy state 1";
     EXPECT_EQ(start.Context.PhonebookDB, nullptr) << "the process ends before any database was opened";
+    EXPECT_EQ(start.ExitStatus, 1);
     EXPECT_EQ(TestMachine::Stored(SettingNames::SectionSetup, SettingNames::RunWizard), Q("(none)"));
 }
 

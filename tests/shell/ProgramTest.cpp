@@ -184,3 +184,15 @@ TEST(Program, TheDataToolFinishesItsWorkAlthoughNobodyReadsWhatItSays) {
     ASSERT_TRUE(check.WaitForEnd());
     EXPECT_EQ(check.ExitCode(), 0);
 }
+
+TEST(Program, ASecondStartWithAnotherFolderSaysThatTheRunningCopyKeepsItsOwn) {
+    const Account account;
+    Program first(account, {Q("--data"), account.Office.DataFolder.path()});
+    ASSERT_TRUE(IsUp(account));
+    const Account other;
+    Program second(account, {Q("--data"), other.Office.DataFolder.path()});
+    ASSERT_TRUE(second.WaitForEnd());
+    EXPECT_EQ(second.ExitCode(), 2);
+    EXPECT_TRUE(second.Process().readAllStandardError().contains("keeps the folder"));
+    EXPECT_TRUE(first.IsRunning());
+}
