@@ -4,6 +4,8 @@
 #include "support/FakeMachine.h"
 
 #include <QDir>
+#include <QFile>
+#include <QFileInfo>
 
 #include <gtest/gtest.h>
 
@@ -36,6 +38,21 @@ TEST_F(SuppliedFilesTest, TheOfficesOwnFileInTheApplicationFolderComesFirst) {
     Write(Folders.ShareFolder() + QStringLiteral("tips.txt"));
     const QString own = Write(Folders.ApplicationFolder() + QStringLiteral("tips.txt"));
     EXPECT_EQ(Find(), own);
+}
+
+TEST_F(SuppliedFilesTest, AFileInOtherLettersHasThePathThatCanBeOpened) {
+    const QString own = Write(QDir(Folders.ApplicationFolder()).filePath(QStringLiteral("Tips.TXT")));
+    const QString found = Find();
+    EXPECT_EQ(QDir::cleanPath(found), QDir::cleanPath(own));
+    EXPECT_TRUE(QFile::exists(found)) << found.toStdString();
+}
+
+TEST_F(SuppliedFilesTest, AFileBehindABackslashHasThePathThatCanBeOpened) {
+    const QString own =
+        Write(QDir(Folders.ApplicationFolder()).filePath(QStringLiteral("Icons/larkspantray.ico")));
+    const QString found = FindSuppliedFile(Folders, Files, QStringLiteral("Icons\\LARKSPANtray.ico"));
+    EXPECT_EQ(QDir::cleanPath(found), QDir::cleanPath(own));
+    EXPECT_TRUE(QFile::exists(found)) << found.toStdString();
 }
 
 }  // namespace
