@@ -95,8 +95,26 @@ QByteArray OpenablePath(const QString& path) {
     return QFile::encodeName(NativePath(path));
 }
 
+QByteArray FolderOf(const QByteArray& path) {
+    const qsizetype slash = path.lastIndexOf('/');
+    return slash < 0 ? QByteArray(".") : path.left(slash + 1);
+}
+
+/// Whether somebody else may have planted the link: in a folder where everybody can make files, one that
+/// belongs neither to this account nor to the administrator nor to whoever the folder belongs to.
+bool IsForeignLink(const QByteArray& link) {
+    constexpr uid_t Administrator = 0;
+    struct stat folder {};
+    struct stat own {};
+    if (stat(FolderOf(link).constData(), &folder) != 0 || lstat(link.constData(), &own) != 0) {
+        return true;
+    }
+    return (folder.st_mode & S_ISVTX) != 0 && own.st_uid != geteuid() && own.st_uid != Administrator &&
+           own.st_uid != folder.st_uid;
+}
+
 /// The file itself behind a chain of symbolic links, also where the last one leads to a file that does not
-/// exist yet. Empty for links that go round.
+/// exist yet. Empty for links that go round, and for one that is not to be trusted.
 QByteArray BehindLinks(QByteArray path) {
     constexpr int MostLinks = 40;
     for (int link = 0; link < MostLinks; ++link) {
@@ -106,15 +124,13 @@ QByteArray BehindLinks(QByteArray path) {
         if (length < 0) {
             return path;
         }
+        if (IsForeignLink(path)) {
+            return QByteArray();
+        }
         target.truncate(length);
         path = target.startsWith('/') ? target : path.left(path.lastIndexOf('/') + 1) + target;
     }
     return QByteArray();
-}
-
-QByteArray FolderOf(const QByteArray& path) {
-    const qsizetype slash = path.lastIndexOf('/');
-    return slash < 0 ? QByteArray(".") : path.left(slash + 1);
 }
 
 QByteArray TemporaryName(const QByteArray& folder) {
@@ -268,12 +284,16 @@ bool DiskFiles::Replace(const QString& path, const QList<QByteArrayView>& pieces
 }
 
 bool DiskFiles::Append(const QString& path, const QByteArray& bytes) {
-    const QByteArray target = OpenablePath(path);
-    Descriptor file(OpenFile(target, O_WRONLY | O_APPEND));
+    const QByteArray target = BehindLinks(OpenablePath(path));
+    if (target.isEmpty()) {
+        return false;
+    }
+    constexpr int Flags = O_WRONLY | O_APPEND | O_NOFOLLOW;
+    Descriptor file(OpenFile(target, Flags));
     const bool isNew = !file.IsOpen() && errno == ENOENT;
     if (isNew) {
-        const NewFileRights rights(FolderOf(BehindLinks(target)));
-        file.Reset(OpenFile(target, O_WRONLY | O_APPEND | O_CREAT, rights.Mode()));
+        const NewFileRights rights(FolderOf(target));
+        file.Reset(OpenFile(target, Flags | O_CREAT, rights.Mode()));
         rights.Give(file.Number());
     }
     if (!file.IsOpen()) {

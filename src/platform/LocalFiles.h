@@ -13,6 +13,9 @@
 /// A new file is its user's own (mode 0600) in a folder that only its owner may write to, or that is sticky
 /// like the one for temporary files. In a folder that is shared it can be read and written by whom the folder
 /// lets in: the users of one installation share its files.
+///
+/// Nothing is written behind a symbolic link in a sticky folder that belongs neither to this account nor to
+/// the administrator nor to whoever the folder belongs to: somebody may have planted it.
 class LocalFiles {
 public:
     virtual ~LocalFiles() = default;

@@ -9,6 +9,7 @@
 
 #include <functional>
 #include <optional>
+#include <tuple>
 #include <vector>
 
 #include <grp.h>
@@ -228,6 +229,37 @@ TEST_F(LocalFilesTest, ReplaceMakesTheFileThatALinkLeadsTo) {
     ASSERT_TRUE(m_files.Replace(In(u"link"_s), New));
     EXPECT_EQ(TextOf(u"target"_s), New);
     EXPECT_TRUE(QFileInfo(In(u"link"_s)).isSymLink());
+}
+
+TEST_F(LocalFilesTest, NothingIsWrittenBehindALinkThatAnotherAccountPlantedInTheTemporaryFolder) {
+    constexpr uid_t Administrator = 0;
+    constexpr uid_t Colleague = 12345;
+    const uid_t own = geteuid();
+    const uid_t foldersOwner = getuid() == Administrator ? 12346 : own;
+    QList<std::tuple<uid_t, int, bool>> links = {{own, 01777, true}, {foldersOwner, 01777, true}};
+    if (getuid() == Administrator) {  // nobody else can make links for others
+        links += {{Colleague, 01777, false}, {Administrator, 01777, true}, {Colleague, 0777, true}};
+    }
+    const gid_t group = getegid();
+    const QTemporaryDir home;
+    const QString mine = home.filePath(u"mine"_s);
+    const QByteArray folder = m_folder.path().toLocal8Bit();
+    const QByteArray link = In(u"hwnd.sms"_s).toLocal8Bit();
+    ASSERT_TRUE(QFile::link(mine, In(u"hwnd.sms"_s)));
+    const auto giveLink = [&](uid_t owner) {
+        return AsAdministrator([&] { return lchown(link.constData(), owner, group); });
+    };
+    for (const auto& [owner, mode, isFollowed] : links) {
+        ASSERT_TRUE(m_files.Replace(mine, Old));
+        ASSERT_EQ(GiveAway(folder, foldersOwner, group, static_cast<mode_t>(mode)), 0);
+        ASSERT_EQ(giveLink(owner), 0);
+        EXPECT_EQ(m_files.Replace(In(u"hwnd.sms"_s), New), isFollowed) << owner;
+        EXPECT_EQ(m_files.Read(mine), isFollowed ? New : Old) << owner;
+        EXPECT_EQ(m_files.Append(In(u"hwnd.sms"_s), "more"), isFollowed) << owner;
+        EXPECT_EQ(m_files.Read(mine), isFollowed ? New + "more" : Old) << owner;
+        EXPECT_TRUE(QFileInfo(In(u"hwnd.sms"_s)).isSymLink()) << owner;
+    }
+    ASSERT_EQ(GiveAway(folder, own, group, 0700), 0);
 }
 
 TEST_F(LocalFilesTest, LinksThatGoRoundAreNoFile) {
