@@ -32,6 +32,14 @@ QString WithoutScreen(const QString& display) {
     return point < 0 ? display : display.left(point);
 }
 
+/// Cleaners of runtime folders pass over what is marked so, however old it is.
+void MarkAsInUse(const QByteArray& path) {
+    struct stat state = {};
+    if (lstat(path.constData(), &state) == 0) {
+        [[maybe_unused]] const int ignored = chmod(path.constData(), (state.st_mode & 0777U) | S_ISVTX);
+    }
+}
+
 }  // namespace
 
 LocalInstance::LocalInstance(const QString& folder, const QString& session)
@@ -64,7 +72,10 @@ bool LocalInstance::IsPreviousInstance() {
         return isHeld;
     }
     m_lock = lock;
+    MarkAsInUse(QFile::encodeName(m_lockPath));
     Listen();
+    connect(&m_refresh, &QTimer::timeout, this, &LocalInstance::KeepFresh);
+    m_refresh.start(RefreshInterval);
     return false;
 }
 
@@ -74,8 +85,16 @@ void LocalInstance::Listen() {
     m_server = std::make_unique<QLocalServer>();
     m_server->setSocketOptions(QLocalServer::UserAccessOption);
     connect(m_server.get(), &QLocalServer::newConnection, this, &LocalInstance::AnswerRequests);
-    if (!m_server->listen(m_socketPath)) {
+    if (m_server->listen(m_socketPath)) {
+        MarkAsInUse(QFile::encodeName(m_socketPath));
+    } else {
         m_server = nullptr;
+    }
+}
+
+void LocalInstance::KeepFresh() {
+    for (const QString& path : {m_lockPath, m_socketPath}) {
+        utimensat(AT_FDCWD, QFile::encodeName(path).constData(), nullptr, AT_SYMLINK_NOFOLLOW);
     }
 }
 

@@ -2,7 +2,9 @@
 
 #include <QObject>
 #include <QString>
+#include <QTimer>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 
@@ -26,7 +28,8 @@ public:
 
 /// One copy per user and session: a file that the running copy holds locked, and a local socket beside it.
 /// The lock is the kernel's and goes with the process, so a crash leaves nothing that has to be cleaned up;
-/// of two starts at the same moment exactly one gets it.
+/// of two starts at the same moment exactly one gets it. Both stay away from cleaners: their sticky bit keeps
+/// those of runtime folders off (XDG Base Directory), and they are touched every hour for those of /tmp.
 class LocalInstance final : public QObject, public Instance {
     Q_OBJECT
 public:
@@ -38,6 +41,9 @@ public:
     bool RequestShow() override;
     void SetOnShow(std::function<void()> onShow) override { m_onShow = std::move(onShow); }
 
+    /// Lock and socket count as used just now; runs by itself every hour.
+    void KeepFresh();
+
     /// $XDG_RUNTIME_DIR, or a folder of this user's own in the temporary folder, made with mode 0700. Empty
     /// if neither can be had.
     [[nodiscard]] static QString RuntimeFolder();
@@ -46,6 +52,8 @@ public:
     [[nodiscard]] static QString SessionName();
 
 private:
+    static constexpr std::chrono::hours RefreshInterval{1};
+
     void Listen();
     void AnswerRequests();
 
@@ -54,4 +62,5 @@ private:
     int m_lock = -1;
     std::unique_ptr<QLocalServer> m_server;
     std::function<void()> m_onShow;
+    QTimer m_refresh;
 };

@@ -13,6 +13,9 @@
 #include <memory>
 #include <vector>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+
 namespace {
 
 constexpr int Deadline = 20000;
@@ -146,6 +149,27 @@ TEST(Instance, AFirstCopyThatEndsOrderlyLeavesNoSocket) {
         ASSERT_TRUE(QFile::exists(folder.filePath(QStringLiteral("larkspan-test.socket"))));
     }
     EXPECT_FALSE(QFile::exists(folder.filePath(QStringLiteral("larkspan-test.socket"))));
+}
+
+TEST(Instance, WhatTellsOfARunningCopyIsMarkedForCleanersAndStaysFresh) {
+    const QTemporaryDir folder;
+    LocalInstance instance(folder.path(), QStringLiteral("test"));
+    ASSERT_FALSE(instance.IsPreviousInstance());
+    const timespec old[] = {{1000, 0}, {1000, 0}};
+    for (const char* name : {"larkspan-test.lock", "larkspan-test.socket"}) {
+        const QByteArray path = folder.filePath(QString::fromLatin1(name)).toLocal8Bit();
+        struct stat state {};
+        ASSERT_EQ(stat(path.constData(), &state), 0) << name;
+        EXPECT_EQ(state.st_mode & 07077U, static_cast<mode_t>(S_ISVTX))
+            << name << ": sticky, and the user's own";
+        ASSERT_EQ(utimensat(AT_FDCWD, path.constData(), old, 0), 0);
+        instance.KeepFresh();
+        ASSERT_EQ(stat(path.constData(), &state), 0) << name;
+        EXPECT_GT(state.st_mtime, 1000) << name;
+        EXPECT_GT(state.st_atime, 1000) << name;
+    }
+    EXPECT_FALSE(LocalInstance(folder.path(), QStringLiteral("other")).IsPreviousInstance());
+    EXPECT_TRUE(LocalInstance(folder.path(), QStringLiteral("test")).IsPreviousInstance());
 }
 
 TEST(Instance, TheRuntimeFolderIsTheUsersOwn) {
