@@ -76,6 +76,24 @@ QString ShareName(const QString& source, const QByteArray& type) {
     return QString();
 }
 
+/// One line of a mount table; `Share` is empty for what lies on no network.
+struct MountLine {
+    QString Share;
+    QString Folder;
+};
+
+QList<MountLine> MountLines(const QByteArray& table) {
+    QList<MountLine> lines;
+    for (const QByteArray& line : table.split('\n')) {
+        const QList<QByteArray> fields = line.simplified().split(' ');
+        if (fields.size() >= 3 && !fields.constFirst().startsWith('#')) {
+            lines.append({ShareName(UnescapedField(fields.at(0)), fields.at(2)),
+                          WithoutEndSlash(UnescapedField(fields.at(1)))});
+        }
+    }
+    return lines;
+}
+
 bool Exists(const QString& path) {
     struct stat status {};
     return lstat(QFile::encodeName(path).constData(), &status) == 0 || (errno != ENOENT && errno != ENOTDIR);
@@ -114,29 +132,33 @@ QByteArray WholeFile(const QString& path) {
 
 }  // namespace
 
-DriveTable::DriveTable(const QByteArray& mounts, const QString& drivesIniPath) {
+DriveTable::DriveTable(const QByteArray& mounts, const QString& drivesIniPath, const QByteArray& fstab) {
     ReadMounts(mounts);
+    ReadFstab(fstab);
     ReadDrivesIni(drivesIniPath);
 }
 
-DriveTable DriveTable::OfThisMachine() {
+DriveTable DriveTable::OfThisMachine(const QString& fstabPath) {
     const QSettings settings(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("Brenmoor"),
                              QStringLiteral("Larkspan Messenger"));
     return DriveTable(WholeFile(QStringLiteral("/proc/self/mounts")),
-                      QFileInfo(settings.fileName()).path() + QStringLiteral("/drives.ini"));
+                      QFileInfo(settings.fileName()).path() + QStringLiteral("/drives.ini"),
+                      WholeFile(fstabPath));
 }
 
 void DriveTable::ReadMounts(const QByteArray& mounts) {
-    for (const QByteArray& line : mounts.split('\n')) {
-        const QList<QByteArray> fields = line.simplified().split(' ');
-        if (fields.size() < 3) {
-            continue;
+    for (const MountLine& line : MountLines(mounts)) {
+        m_mountPoints.append(line.Folder);
+        if (!line.Share.isEmpty()) {
+            m_networkMounts.append({line.Share, line.Folder});
         }
-        const QString folder = WithoutEndSlash(UnescapedField(fields.at(1)));
-        m_mountPoints.append(folder);
-        const QString share = ShareName(UnescapedField(fields.at(0)), fields.at(2));
-        if (!share.isEmpty()) {
-            m_networkMounts.append({share, folder});
+    }
+}
+
+void DriveTable::ReadFstab(const QByteArray& fstab) {
+    for (const MountLine& line : MountLines(fstab)) {
+        if (!line.Share.isEmpty()) {
+            m_mountable.append({line.Share, line.Folder});
         }
     }
 }
@@ -173,10 +195,12 @@ QString DriveTable::LetterFolder(const QString& drive) const {
             return place.Folder;
         }
     }
-    for (const Place& place : m_networkMounts) {
-        const QString last = place.Folder.mid(place.Folder.lastIndexOf(u'/') + 1);
-        if (IsSameName(last, drive) || IsSameName(last, drive.left(1))) {
-            return place.Folder;
+    for (const QList<Place>* places : {&m_networkMounts, &m_mountable}) {
+        for (const Place& place : *places) {
+            const QString last = place.Folder.mid(place.Folder.lastIndexOf(u'/') + 1);
+            if (IsSameName(last, drive) || IsSameName(last, drive.left(1))) {
+                return place.Folder;
+            }
         }
     }
     return QString();
@@ -223,7 +247,7 @@ QString DriveTable::NativePath(const QString& path) const {
 
 QString DriveTable::RemoteNameOfFolder(const QString& folder) const {
     const Place* best = nullptr;
-    for (const QList<Place>* places : {&m_shares, &m_networkMounts}) {
+    for (const QList<Place>* places : {&m_shares, &m_networkMounts, &m_mountable}) {
         for (const Place& place : *places) {
             if (IsWithin(folder, place.Folder, Qt::CaseSensitive) &&
                 (best == nullptr || place.Folder.size() > best->Folder.size())) {

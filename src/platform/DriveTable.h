@@ -6,8 +6,8 @@
 
 /// What stands behind drive letters and the names of network shares on one machine: its mounted network file
 /// systems and the table `drives.ini`. A mount belongs to a letter if the last part of its folder is that
-/// letter ("/mnt/x",
-/// "/media/X:"). The lines of the section [Drives] go before the mounts:
+/// letter ("/mnt/x", "/media/X:"); so does, behind all others, a network line of fstab, mounted or not. The
+/// lines of the section [Drives] go before the mounts:
 ///
 ///     [Drives]
 ///     X:=/mnt/office
@@ -15,11 +15,11 @@
 ///     \\server\share=/mnt/office
 class DriveTable {
 public:
-    /// `mounts` is text as in /proc/self/mounts (fstab(5), octal escapes); `drivesIniPath` may name a file
-    /// that does not exist.
-    DriveTable(const QByteArray& mounts, const QString& drivesIniPath);
+    /// `mounts` is text as in /proc/self/mounts (fstab(5), octal escapes), `fstab` what could be mounted, in
+    /// the same form; `drivesIniPath` may name a file that does not exist.
+    DriveTable(const QByteArray& mounts, const QString& drivesIniPath, const QByteArray& fstab = {});
     /// The table of the running machine at this moment; `drives.ini` lies beside the settings files.
-    [[nodiscard]] static DriveTable OfThisMachine();
+    [[nodiscard]] static DriveTable OfThisMachine(const QString& fstabPath = QStringLiteral("/etc/fstab"));
 
     /// What this machine opens for `path` (see the function NativePath).
     [[nodiscard]] QString NativePath(const QString& path) const;
@@ -40,6 +40,7 @@ private:
     };
 
     void ReadMounts(const QByteArray& mounts);
+    void ReadFstab(const QByteArray& fstab);
     void ReadDrivesIni(const QString& path);
     [[nodiscard]] QString LetterFolder(const QString& drive) const;
     [[nodiscard]] QString ShareFolder(const QString& share) const;
@@ -47,6 +48,7 @@ private:
 
     QList<QString> m_mountPoints;
     QList<Place> m_networkMounts;
+    QList<Place> m_mountable;
     QList<Place> m_letters;
     QList<Place> m_shares;
 };

@@ -3,11 +3,15 @@
 #include <QFile>
 #include <QProcess>
 
+#include <memory>
+
 #include <unistd.h>
 
 #include "platform/DriveTable.h"
 
 namespace {
+
+constexpr int MountPatience = 5000;  // ms
 
 bool IsSeparator(QChar character) {
     return character == u'\\' || character == u'/';
@@ -16,22 +20,25 @@ bool IsSeparator(QChar character) {
 }  // namespace
 
 QString SystemDrives::GetNetworkConnection(const QString& drive) const {
-    return DriveTable::OfThisMachine().RemoteName(drive);
+    return DriveTable::OfThisMachine(m_fstabPath).RemoteName(drive);
 }
 
 bool SystemDrives::RestoreNetworkDrive(int /*window*/, const QString& drive) {
-    const DriveTable table = DriveTable::OfThisMachine();
+    const DriveTable table = DriveTable::OfThisMachine(m_fstabPath);
     const QString folder = table.FolderOf(drive);
     if (!folder.startsWith(u'/') || table.IsMounted(folder)) {
         return false;
     }
-    QProcess mount;
-    mount.setProgram(QStringLiteral("mount"));
-    mount.setArguments({folder});
-    mount.setStandardInputFile(QProcess::nullDevice());
-    mount.setStandardOutputFile(QProcess::nullDevice());
-    mount.setStandardErrorFile(QProcess::nullDevice());
-    mount.startDetached();
+    auto mount = std::make_unique<QProcess>();
+    mount->setStandardInputFile(QProcess::nullDevice());
+    mount->setStandardOutputFile(QProcess::nullDevice());
+    mount->setStandardErrorFile(QProcess::nullDevice());
+    mount->start(QStringLiteral("mount"), {folder});
+    if (!mount->waitForFinished(MountPatience) && mount->state() != QProcess::NotRunning) {
+        // Its end would end the mount as well, so it stays until that is done.
+        QProcess* const late = mount.release();
+        QObject::connect(late, &QProcess::finished, late, &QObject::deleteLater);
+    }
     return false;
 }
 

@@ -8,19 +8,24 @@ public:
     virtual ~Drives() = default;
     /// The remote name behind "X:", as "\\server\share"; empty if the letter stands for nothing.
     [[nodiscard]] virtual QString GetNetworkConnection(const QString& drive) const = 0;
-    /// Asks the machine to bring a mapped drive back, without waiting for it. The outcome is not known:
-    /// always false.
+    /// Brings a mapped drive back; when it returns, the drive is there if it could be had soon. The outcome
+    /// is not told: always false.
     virtual bool RestoreNetworkDrive(int window, const QString& drive) = 0;
 };
 
-/// The drives of this machine: mounted network file systems (cifs, smb3, nfs) and the table `drives.ini`
+/// The drives of this machine: mounted network file systems (cifs, smb3, nfs), the table `drives.ini`
 /// (one line "X:=/mnt/office" or "\\server\share=/mnt/office" in its section [Drives]) in the settings
-/// folder; see DriveTable. Restoring a drive runs "mount" on its folder, which does what the administrator's
-/// fstab says, unless something is mounted there.
+/// folder, and the network lines of fstab; see DriveTable. Restoring a drive runs "mount" on its folder,
+/// which does what the administrator's fstab says, unless something is mounted there, and waits for it up to
+/// 5 s without letting events through; a mount that takes longer goes on by itself.
 class SystemDrives final : public Drives {
 public:
+    explicit SystemDrives(const QString& fstabPath = QStringLiteral("/etc/fstab")) : m_fstabPath(fstabPath) {}
     [[nodiscard]] QString GetNetworkConnection(const QString& drive) const override;
     bool RestoreNetworkDrive(int window, const QString& drive) override;
+
+private:
+    QString m_fstabPath;
 };
 
 /// Turns any path into what this machine opens, at the last moment before it is opened: backslashes become

@@ -66,7 +66,9 @@ namespace mdlOutbox {
 [[nodiscard]] QString OutboxFile(const QString& setting);
 
 /// Makes a new OutboxDB for the configured file and reads the System record, twice, with a restore of the
-/// mapped drive in between. True if either pass succeeded. Leaves the database closed and shows nothing.
+/// mapped drive in between: a drive that was away is back for the second pass if it comes within a few
+/// seconds, which this waits for. True if either pass succeeded. Leaves the database closed and shows
+/// nothing.
 bool OpenOutbox(const OutboxServices& services);
 
 /// Reads MaxMessageSize from the table System while OutboxDB is open; 160 if that fails.

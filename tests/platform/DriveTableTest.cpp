@@ -23,7 +23,7 @@ protected:
         QFile file(In(name));
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     }
-    [[nodiscard]] DriveTable Table() const { return DriveTable(m_mounts, In(u"drives.ini"_s)); }
+    [[nodiscard]] DriveTable Table() const { return DriveTable(m_mounts, In(u"drives.ini"_s), m_fstab); }
     void Mount(const QString& source, const QString& folder, const QString& type) {
         m_mounts += (source + u' ' + folder + u' ' + type + u" rw,relatime 0 0\n"_s).toUtf8();
     }
@@ -34,6 +34,7 @@ protected:
     }
 
     QTemporaryDir m_root;
+    QByteArray m_fstab;
     QByteArray m_mounts = "proc /proc proc rw 0 0\n/dev/sda1 / ext4 rw 0 0\n";
 };
 
@@ -206,4 +207,26 @@ TEST_F(DriveTableTest, AFileSystemAtTheRootJoinsWithOneSlash) {
     WriteDrivesIni(u"[Drives]\nX:=/\n"_s);
     EXPECT_EQ(Table().NativePath(u"X:\\missing"_s), u"/missing"_s);
     EXPECT_EQ(Table().NativePath(u"X:missing"_s), u"/missing"_s);
+}
+
+TEST_F(DriveTableTest, ALineOfFstabGivesALetterItsFolderWhereNothingElseDoes) {
+    m_fstab =
+        "# //server/old /mnt/q cifs defaults 0 0\n"
+        "\n"
+        "UUID=1234 /mnt/r ext4 defaults 0 2\n"
+        "//server/office\t/mnt/v\tcifs\tnoauto,user\t0\t0\n"
+        "server:/export/all /net/Y: nfs4 defaults\n"
+        "//server/two /srv/z cifs defaults 0 0\n";
+    Mount(u"//server/mounted"_s, u"/media/z"_s, u"cifs"_s);
+    const DriveTable table = Table();
+    EXPECT_EQ(table.FolderOf(u"V:"_s), u"/mnt/v"_s);
+    EXPECT_EQ(table.RemoteName(u"v:"_s), u"\\\\server\\office"_s);
+    EXPECT_EQ(table.FolderOf(u"Y:"_s), u"/net/Y:"_s);
+    EXPECT_EQ(table.NativePath(u"V:\\sms\\a.mdb"_s), u"/mnt/v/sms/a.mdb"_s);
+    EXPECT_FALSE(table.IsMounted(u"/mnt/v"_s));
+    EXPECT_EQ(table.FolderOf(u"Z:"_s), u"/media/z"_s) << "what is mounted goes before";
+    EXPECT_EQ(table.FolderOf(u"Q:"_s), QString()) << "a comment";
+    EXPECT_EQ(table.FolderOf(u"R:"_s), QString()) << "no network";
+    WriteDrivesIni(u"[Drives]\nV:=/srv/office\n"_s);
+    EXPECT_EQ(Table().FolderOf(u"V:"_s), u"/srv/office"_s) << "the user's own table goes before";
 }

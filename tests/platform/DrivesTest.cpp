@@ -8,12 +8,8 @@
 #include <QSettings>
 #include <QTemporaryDir>
 
-#include <fcntl.h>
-#include <poll.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include "support/Environment.h"
+#include "support/FakeMount.h"
 #include "support/Printing.h"
 
 using namespace Qt::StringLiterals;
@@ -40,40 +36,6 @@ protected:
 
     QTemporaryDir m_root;
     QString m_drivesIni;
-};
-
-/// A program "mount" of the test's own, which tells its arguments.
-class FakeMount {
-public:
-    FakeMount() : m_path("PATH", m_folder.path().toLocal8Bit() + ':' + qgetenv("PATH")) {
-        const QByteArray pipe = m_folder.filePath(u"pipe"_s).toLocal8Bit();
-        EXPECT_EQ(mkfifo(pipe.constData(), 0600), 0);
-        // For reading and writing, so that neither side waits for the other to open it.
-        m_pipe = open(pipe.constData(), O_RDWR | O_CLOEXEC);
-        QFile program(m_folder.filePath(u"mount"_s));
-        EXPECT_TRUE(program.open(QIODevice::WriteOnly));
-        program.write("#!/bin/sh\necho \"$@\" > " + pipe + "\n");
-        program.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    }
-    ~FakeMount() { close(m_pipe); }
-    FakeMount(const FakeMount&) = delete;
-    FakeMount& operator=(const FakeMount&) = delete;
-
-    /// What the next call was given; waits for it, at most `milliseconds`.
-    [[nodiscard]] QByteArray NextCall(int milliseconds) const {
-        pollfd wait{m_pipe, POLLIN, 0};
-        if (poll(&wait, 1, milliseconds) <= 0) {
-            return "no call";
-        }
-        QByteArray text(4096, '\0');
-        text.truncate(std::max<ssize_t>(0, read(m_pipe, text.data(), 4096)));
-        return text.trimmed();
-    }
-
-private:
-    QTemporaryDir m_folder;
-    EnvironmentVariable m_path;
-    int m_pipe = -1;
 };
 
 }  // namespace
@@ -111,8 +73,31 @@ TEST_F(DrivesTest, AShareThatIsNotMountedComesBackWithItsSeparatorsTurned) {
 
 TEST_F(DrivesTest, RestoringADriveMountsItsFolder) {
     const FakeMount mount;
-    EXPECT_FALSE(SystemDrives().RestoreNetworkDrive(0, u"X:"_s)) << "the outcome is not known";
-    EXPECT_EQ(mount.NextCall(10000), m_root.path().toLocal8Bit());
+    EXPECT_FALSE(SystemDrives().RestoreNetworkDrive(0, u"X:"_s)) << "the outcome is not told";
+    EXPECT_EQ(mount.Calls(), QList<QByteArray>{m_root.path().toLocal8Bit()});
+}
+
+TEST_F(DrivesTest, RestoringADriveWaitsUntilItIsThere) {
+    const QString file = m_root.filePath(u"a.mdb"_s);
+    const FakeMount mount("sleep 0.2; touch '" + file.toLocal8Bit() + "'");
+    SystemDrives().RestoreNetworkDrive(0, u"X:"_s);
+    EXPECT_TRUE(QFileInfo::exists(file));
+}
+
+TEST_F(DrivesTest, ALetterThatOnlyFstabKnowsIsRestored) {
+    ASSERT_TRUE(QDir().mkpath(m_root.filePath(u"mnt/v"_s)));
+    const QString fstab = m_root.filePath(u"fstab"_s);
+    MakeFile(fstab, "//server/office " + m_root.filePath(u"mnt/v"_s).toUtf8() + " cifs noauto,user 0 0\n");
+    const FakeMount mount;
+    SystemDrives drives(fstab);
+    drives.RestoreNetworkDrive(0, u"V:"_s);
+    EXPECT_EQ(mount.Calls(), QList<QByteArray>{m_root.filePath(u"mnt/v"_s).toLocal8Bit()});
+    EXPECT_EQ(drives.GetNetworkConnection(u"V:"_s), u"\\\\server\\office"_s);
+}
+
+TEST_F(DrivesTest, WithoutAProgramThatMountsNothingHappens) {
+    const EnvironmentVariable path("PATH", m_root.path().toLocal8Bit());
+    EXPECT_FALSE(SystemDrives().RestoreNetworkDrive(0, u"X:"_s));
 }
 
 TEST_F(DrivesTest, RestoringWhatIsMountedOrUnknownDoesNothing) {
@@ -121,8 +106,9 @@ TEST_F(DrivesTest, RestoringWhatIsMountedOrUnknownDoesNothing) {
     SystemDrives().RestoreNetworkDrive(0, u"Y:"_s);
     SystemDrives().RestoreNetworkDrive(0, u"Q:"_s);
     SystemDrives().RestoreNetworkDrive(0, QString());
+    EXPECT_EQ(mount.Calls(), QList<QByteArray>());
     SystemDrives().RestoreNetworkDrive(0, u"X:"_s);
-    EXPECT_EQ(mount.NextCall(10000), m_root.path().toLocal8Bit());  // the only call
+    EXPECT_EQ(mount.Calls(), QList<QByteArray>{m_root.path().toLocal8Bit()});
 }
 
 TEST(NativePath, ABackslashBehindASlashIsOneSeparator) {

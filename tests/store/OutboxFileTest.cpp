@@ -1,7 +1,10 @@
 #include "store/OutboxFileFixture.h"
 
 #include "core/Numbers.h"
+#include "support/FakeMount.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <QLocale>
 
 using engine::Mode::ReadWriteShared;
@@ -174,4 +177,26 @@ TEST_F(OutboxFileTest, AnOutboxOfAnotherNameIsUsedAsItStands) {
     Office.AppSettings.SetValue(SettingNames::SectionDB, SettingNames::Outbox, other);
     EXPECT_TRUE(mdlOutbox::OpenOutbox(Office.Outbox()));
     EXPECT_EQ(Office.OutboxDB().Filename, other);
+}
+
+TEST_F(OutboxFileTest, ADriveThatTakesItsTimeToComeBackOpensInTheSecondPass) {
+    const QTemporaryDir folder;
+    const QString drivesIni = QFileInfo(Office.AppSettings.FileName()).path() + QStringLiteral("/drives.ini");
+    QFile table(drivesIni);
+    ASSERT_TRUE(table.open(QIODevice::WriteOnly));
+    table.write("[Drives]\nX:=" + folder.path().toUtf8() + '\n');
+    table.close();
+    Office.ExecuteOnOutbox(QStringLiteral("UPDATE System SET sysSMSMaxMessageSize = 306"));
+    const FakeMount mount("sleep 0.2; cp '" + Office.OutboxPath().toLocal8Bit() + "' '" +
+                          folder.path().toLocal8Bit() + "'");
+    Office.AppSettings.SetValue(SettingNames::SectionDB, SettingNames::Outbox, QStringLiteral("X:\\"));
+    SystemDrives drives;
+    const OutboxServices services{Office.OutboxValues,
+                                  Office.AppSettings,
+                                  Office.Boxes,
+                                  {Office.FileEngine, Office.Time, Office.Pump, drives, Office.Folders}};
+    EXPECT_TRUE(mdlOutbox::OpenOutbox(services));
+    EXPECT_EQ(mount.Calls(), QList<QByteArray>{folder.path().toLocal8Bit()});
+    EXPECT_EQ(Office.OutboxValues.MaxMessageSize, 306);
+    EXPECT_TRUE(QFile::remove(drivesIni));
 }
