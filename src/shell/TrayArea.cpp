@@ -5,6 +5,7 @@
 #include "controls/Cmenu.h"
 #include "controls/Icons.h"
 #include "controls/mdlWinAPI.h"
+#include "core/Log.h"
 #include "core/Product.h"
 #include "core/Trap.h"
 #include "platform/SuppliedFiles.h"
@@ -122,11 +123,18 @@ void TrayArea::ToTray(bool hide) {
 
 void TrayArea::Hide() {
     if (!m_machine.NotificationArea.IsThere()) {
+        TellOnceThatThereIsNone();
         m_form.showMinimized();
     } else if (m_form.isVisible()) {
         m_frame = m_form.frameGeometry();
         m_inFrame = m_form.geometry().topLeft() - m_frame.topLeft();
         m_form.hide();
+    }
+}
+
+void TrayArea::TellOnceThatThereIsNone() {
+    if (!std::exchange(m_hasTold, true)) {
+        m_machine.AppLog.Write(QStringLiteral("No tray is there: the window is minimised instead"));
     }
 }
 

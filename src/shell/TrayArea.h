@@ -21,8 +21,8 @@ struct TrayWays {
 };
 
 /// The main window and the notification area: hides the window there and brings it back, the icon with its
-/// menu, and the window's own icons. Without an area the window is minimised instead, and counts as hidden
-/// until somebody brings it back.
+/// menu, and the window's own icons. Without an area the window is minimised instead, which the log is told
+/// once, and counts as hidden until somebody brings it back.
 class TrayArea final : public QObject {
     Q_OBJECT
 public:
@@ -53,6 +53,7 @@ protected:
 
 private:
     void Hide();
+    void TellOnceThatThereIsNone();
     void Restore();
     /// Where the window is when it is shown next.
     void AskForPlace();
@@ -76,4 +77,5 @@ private:
     bool m_isMenuOpen = false;
     bool m_isClosed = false;
     bool m_isPictureDrawn = false;
+    bool m_hasTold = false;
 };

@@ -132,6 +132,24 @@ TEST_F(TrayTest, WithoutATrayTheWindowIsMinimisedInstead) {
     EXPECT_FALSE(Form.isMinimized());
 }
 
+TEST_F(TrayTest, TheLogIsToldOnceThatThereIsNoTray) {
+    Window.Machine.KeepLog();
+    OpenWith(false);
+    EXPECT_EQ(Window.Machine.LogLines(), QString()) << "one may still come";
+    Form.ToTray(true);
+    Form.ToTray(false);
+    Form.ToTray(true);
+    EXPECT_EQ(Window.Machine.LogLines().section(u' ', 2),
+              Q("No tray is there: the window is minimised instead\n"));
+}
+
+TEST_F(TrayTest, WithATrayTheLogIsToldNothing) {
+    Window.Machine.KeepLog();
+    OpenWith(true);
+    Form.ToTray(true);
+    EXPECT_EQ(Window.Machine.LogLines(), QString());
+}
+
 TEST_F(TrayTest, AMinimisedWindowThatTheTaskBarBringsBackIsNotInTheTrayAnyMore) {
     OpenWith(false);
     Form.ToTray(true);
