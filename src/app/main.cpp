@@ -1,5 +1,6 @@
 #include "app/AppContext.h"
 #include "app/CommandLine.h"
+#include "app/EndSignals.h"
 #include "app/EntryRoutine.h"
 #include "app/RealMachine.h"
 #include "core/Product.h"
@@ -9,6 +10,7 @@
 #include "shell/Application.h"
 #include "shell/Look.h"
 #include "shell/MainScreens.h"
+#include "shell/frmMain.h"
 
 #include <cstdio>
 
@@ -24,6 +26,12 @@ QStringList ArgumentsOf(int argc, char** argv) {
 
 void Print(FILE* stream, const QString& text) {
     std::fputs(text.toLocal8Bit().constData(), stream);
+}
+
+/// Until the window ends the program, or a signal does: before that there is nothing of a run to be saved.
+int WorkWith(frmMain& window) {
+    const EndSignals ends([&window] { window.close(); });
+    return Application::exec();
 }
 
 }  // namespace
@@ -55,7 +63,7 @@ int main(int argc, char** argv) {
     AppContext context(machine);
     MainScreens screens(context, machine, commandLine);
     EntryRoutine entry(context, machine, screens, commandLine);
-    const int status = entry.Run() ? Application::exec() : entry.ExitStatus();
+    const int status = entry.Run() ? WorkWith(*screens.Main()) : entry.ExitStatus();
     application.SetLastResort(nullptr, nullptr);
     return status;
 }

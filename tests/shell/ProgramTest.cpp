@@ -87,6 +87,29 @@ bool IsUp(const Account& account) {
     return QTest::qWaitFor([&] { return QFile::exists(account.Home.filePath(Q("hwnd.sms"))); }, Deadline);
 }
 
+/// Whether the process has a handler of its own for the signal.
+bool IsCaught(qint64 process, int number) {
+    QFile status(Q("/proc/%1/status").arg(process));
+    if (!status.open(QIODevice::ReadOnly)) {
+        return false;
+    }
+    const QByteArray text = status.readAll();
+    const QByteArray field = "SigCgt:";
+    const qsizetype start = text.indexOf(field) + field.size();
+    const quint64 caught =
+        text.mid(start, text.indexOf('\n', start) - start).trimmed().toULongLong(nullptr, 16);
+    return (caught >> (number - 1) & 1U) != 0;
+}
+
+/// Its event loop runs, and signals find it ready.
+bool IsReadyFor(Program& program, int number) {
+    return QTest::qWaitFor([&] { return IsCaught(program.Process().processId(), number); }, Deadline);
+}
+
+void Signal(Program& program, int number) {
+    ASSERT_EQ(kill(static_cast<pid_t>(program.Process().processId()), number), 0);
+}
+
 }  // namespace
 
 TEST(Program, HelpAndVersionNeedNoWindowSystem) {
@@ -183,6 +206,46 @@ TEST(Program, TheDataToolFinishesItsWorkAlthoughNobodyReadsWhatItSays) {
     Program check(account, Q(LARKSPAN_DATA), {Q("check"), folder}, {});
     ASSERT_TRUE(check.WaitForEnd());
     EXPECT_EQ(check.ExitCode(), 0);
+}
+
+TEST(Program, TheEndOfTheSessionClosesItByTheExitPathAndKeepsTheSettings) {
+    for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
+        const Account account;
+        Program program(account, {Q("--data"), account.Office.DataFolder.path(), Q("/error")});
+        ASSERT_TRUE(IsReadyFor(program, number)) << number;
+        QFile settings(account.Home.filePath(Q("Brenmoor/Larkspan Messenger.ini")));
+        ASSERT_TRUE(settings.open(QIODevice::ReadOnly));
+        ASSERT_FALSE(settings.readAll().contains("SortBy="));
+        settings.close();
+        Signal(program, number);
+        ASSERT_TRUE(program.WaitForEnd());
+        EXPECT_EQ(program.Process().exitStatus(), QProcess::NormalExit) << number;
+        EXPECT_EQ(program.ExitCode(), 0) << number;
+        ASSERT_TRUE(settings.open(QIODevice::ReadOnly));
+        EXPECT_TRUE(settings.readAll().contains("SortBy=0")) << number;
+        EXPECT_TRUE(account.Log().contains(Q("Application Terminated"))) << number;
+    }
+}
+
+TEST(Program, ASecondSignalEndsItAtOnce) {
+    const Account account;
+    Program program(account, {Q("--data"), account.Office.DataFolder.path()});
+    ASSERT_TRUE(IsReadyFor(program, SIGHUP));
+    // Stopped in between, so that it finds both when it goes on.
+    Signal(program, SIGSTOP);
+    Signal(program, SIGTERM);
+    Signal(program, SIGINT);
+    Signal(program, SIGCONT);
+    ASSERT_TRUE(program.WaitForEnd());
+    EXPECT_EQ(program.Process().exitStatus(), QProcess::CrashExit);
+}
+
+TEST(Program, ASignalThatItsStarterIgnoresStaysIgnored) {
+    const Account account;
+    Program program(account, {Q("--data"), account.Office.DataFolder.path()},
+                    [] { std::signal(SIGHUP, SIG_IGN); });
+    ASSERT_TRUE(IsReadyFor(program, SIGTERM));
+    EXPECT_FALSE(IsCaught(program.Process().processId(), SIGHUP));
 }
 
 TEST(Program, ASecondStartWithAnotherFolderSaysThatTheRunningCopyKeepsItsOwn) {
