@@ -21,9 +21,9 @@ public:
     virtual ~Windows() = default;
     /// False where other programs' windows cannot be reached (no X server).
     [[nodiscard]] virtual bool IsReachable() const = 0;
-    /// The top-level windows of all programs, in the order in which they were opened.
+    /// The top-level windows of all programs, the one on top first.
     [[nodiscard]] virtual QList<WindowHandle> EnumWindows() const = 0;
-    /// Direct children, lowest first; empty for a window that is gone.
+    /// Direct children, the one on top first; empty for a window that is gone.
     [[nodiscard]] virtual QList<WindowHandle> Children(WindowHandle parent) const = 0;
     /// Class of a window, the second part of the X11 property WM_CLASS (ICCCM); empty for none.
     [[nodiscard]] virtual QString ClassName(WindowHandle window) const = 0;

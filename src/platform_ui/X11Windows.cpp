@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 
 const QByteArray X11Windows::ShowAtomName = QByteArrayLiteral("_LARKSPAN_SHOW");
 
@@ -18,13 +19,18 @@ struct FreeReply {
 template <typename Reply>
 using ReplyPtr = std::unique_ptr<Reply, FreeReply>;
 
-/// Bytes of a text property that are read: far more than any title.
+/// How much of a text property is read, in units of 4 bytes: far more than any title.
 constexpr quint32 TextUnits = 1024;
 
 xcb_atom_t InternAtom(xcb_connection_t* connection, const QByteArray& name) {
     const auto cookie = xcb_intern_atom(connection, 0, static_cast<uint16_t>(name.size()), name.constData());
     const ReplyPtr<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(connection, cookie, nullptr));
     return reply == nullptr ? xcb_atom_t{XCB_ATOM_NONE} : reply->atom;
+}
+
+/// The server and the window manager tell windows from the bottom of the stack.
+QList<WindowHandle> FromTheTop(const xcb_window_t* lowest, int count) {
+    return {std::make_reverse_iterator(lowest + count), std::make_reverse_iterator(lowest)};
 }
 
 }  // namespace
@@ -77,11 +83,11 @@ QList<WindowHandle> X11Windows::EnumWindows() const {
         return {};
     }
     xcb_ewmh_get_windows_reply_t reply = {};
-    const auto cookie = xcb_ewmh_get_client_list(&m_server->Ewmh, m_server->Screen);
-    if (xcb_ewmh_get_client_list_reply(&m_server->Ewmh, cookie, &reply, nullptr) == 0) {
+    const auto cookie = xcb_ewmh_get_client_list_stacking(&m_server->Ewmh, m_server->Screen);
+    if (xcb_ewmh_get_client_list_stacking_reply(&m_server->Ewmh, cookie, &reply, nullptr) == 0) {
         return Children(m_server->Root());  // no window manager keeps a list
     }
-    QList<WindowHandle> windows(reply.windows, reply.windows + reply.windows_len);
+    const QList<WindowHandle> windows = FromTheTop(reply.windows, static_cast<int>(reply.windows_len));
     xcb_ewmh_get_windows_reply_wipe(&reply);
     return windows;
 }
@@ -95,8 +101,7 @@ QList<WindowHandle> X11Windows::Children(WindowHandle parent) const {
     if (reply == nullptr) {
         return {};
     }
-    const xcb_window_t* first = xcb_query_tree_children(reply.get());
-    return {first, first + xcb_query_tree_children_length(reply.get())};
+    return FromTheTop(xcb_query_tree_children(reply.get()), xcb_query_tree_children_length(reply.get()));
 }
 
 QByteArray X11Windows::TextProperty(WindowHandle window, quint32 property) const {

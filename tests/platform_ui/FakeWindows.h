@@ -17,7 +17,7 @@ public:
         QList<WindowHandle> Children;
     };
     QList<Window> All;
-    /// Those of All that are top-level windows, in order.
+    /// Those of All that are top-level windows, the one on top first.
     QList<WindowHandle> TopLevel;
     bool Reachable = true;
     mutable QStringList Calls;
