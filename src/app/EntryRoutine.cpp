@@ -18,6 +18,8 @@
 #include "platform/SuppliedFiles.h"
 #include "platform_ui/Instance.h"
 
+#include <optional>
+
 namespace {
 
 /// A setting with ".mdb" anywhere in it names a file and no folder.
@@ -159,14 +161,17 @@ void EntryRoutine::CheckSetupWizard() {
         return;
     }
     m_context.AppBusyState.SetAppBusyState(Busy::SetupWizard);
-    bool isFinished = false;
+    std::optional<bool> isFinished;
     Trap([&] { isFinished = m_screens.RunSetupWizard(); });
+    if (isFinished == false) {
+        End(StartFailed);
+        return;
+    }
+    // A wizard that could not be shown is passed over, and stays due.
     if (isFinished) {
         mdlSetupWizard::SetSetupFinished(m_context.AppSettings);
-        m_context.AppBusyState.SetAppBusyState(Busy::StartingUp);
-    } else {
-        End(StartFailed);
     }
+    m_context.AppBusyState.SetAppBusyState(Busy::StartingUp);
 }
 
 void EntryRoutine::ShowSplash() {

@@ -165,6 +165,21 @@ TEST(EntryRoutine, ASecondStartWithAnotherDataFolderRaisesTheFirstAndSaysThatItK
     EXPECT_EQ(machine.Desktop.Calls, (QStringList{Q("show request to 12"), Q("foreground 12")}));
 }
 
+TEST(EntryRoutine, ASecondStartWithTheErrorSwitchLogsItsStartFirst) {
+    TestMachine machine;
+    machine.StoreOffice();
+    machine.OneCopy.IsPrevious = true;
+    const QTemporaryDir other;
+    ASSERT_TRUE(QFile::copy(machine.Office.OutboxPath(), other.filePath(Q("smsmessages.mdb"))));
+    Start start(machine, {Q("--data"), other.path(), Q("/error")});
+    EXPECT_FALSE(start.Run());
+    const auto log = machine.Office.Files.Read(machine.Office.Folders.ApplicationFolder() + Q("applog.txt"));
+    ASSERT_TRUE(log);
+    const QList<QByteArray> lines = log->trimmed().split('\n');
+    EXPECT_TRUE(lines.first().contains("Application started at 07/Mar/2026 14:30:15")) << log->constData();
+    EXPECT_EQ(lines.size(), 2) << "and then that --data is not used";
+}
+
 TEST(EntryRoutine, ASecondStartWithTheDataFolderInUseIsNoFailure) {
     TestMachine machine;
     machine.StoreOffice();
@@ -250,6 +265,18 @@ TEST(EntryRoutine, TheSortOrderComesFromTheSettings) {
         Start start(machine);
         ASSERT_TRUE(start.Run());
         EXPECT_EQ(start.Context.SortBy, order);
+    }
+}
+
+TEST(EntryRoutine, ASortOrderBeyond32BitsIsNoneAndTheStartGoesOn) {
+    for (const char* stored : {"2147483648", "-2147483649", "99999999999"}) {
+        TestMachine machine;
+        machine.StoreOffice();
+        TestMachine::Store(SettingNames::SectionDefaults, SettingNames::SortBy, Q(stored));
+        Start start(machine);
+        EXPECT_TRUE(start.Run());
+        EXPECT_EQ(start.Context.SortBy, 0) << stored;
+        EXPECT_EQ(start.Screens.Calls, Start::Whole()) << stored;
     }
 }
 

@@ -27,6 +27,29 @@ TEST(EntryRoutine, AFinishedSetupWizardIsNotedAndTheStartGoesOn) {
     EXPECT_EQ(TestMachine::Stored(SettingNames::SectionSetup, SettingNames::RunWizard), Q("0"));
 }
 
+TEST(EntryRoutine, ASetupWizardThatFailsIsPassedOverAndStaysDue) {
+    TestMachine machine;
+    machine.StoreOffice();
+    Start start(machine, {Q("/WIZARD")});
+    start.Screens.Failing = Q("RunSetupWizard");
+    TestMachine::Store(SettingNames::SectionSetup, SettingNames::RunWizard, Q("-1"));
+    EXPECT_TRUE(start.Run());
+    EXPECT_EQ(start.Screens.Calls, QStringList(Q("RunSetupWizard 1")) + Start::Whole());
+    EXPECT_EQ(TestMachine::Stored(SettingNames::SectionSetup, SettingNames::RunWizard), Q("-1"));
+}
+
+TEST(EntryRoutine, APhonebookWizardThatFailsIsPassedOver) {
+    TestMachine machine;
+    machine.StoreOffice();
+    machine.Office.ExecuteOnPhonebook(Q("UPDATE Config SET cfgRunWizard = 1"));
+    Start start(machine);
+    start.Screens.Failing = Q("RunPhonebookWizard");
+    EXPECT_TRUE(start.Run());
+    QStringList whole = Start::Whole();
+    whole.insert(whole.indexOf(Q("LoadMain 2")), Q("RunPhonebookWizard 2"));
+    EXPECT_EQ(start.Screens.Calls, whole);
+}
+
 TEST(EntryRoutine, AfterTheWizardADeletedPhonebookFileMakesItRunAgain) {
     TestMachine machine;
     machine.StoreOffice();

@@ -143,6 +143,15 @@ TEST_F(OutboxTest, AnIdentityBeyond16BitsOverflowsAfterTheRowWasWritten) {
     EXPECT_TRUE(Office.Boxes.Shown.isEmpty());
 }
 
+TEST_F(OutboxTest, AnIdentityThatIsNullLeavesTheRoutineAsAFailureAfterTheRowWasWritten) {
+    OpenForWriting();
+    ServeIdentity(QVariant());
+    EXPECT_THROW(static_cast<void>(mdlOutbox::InsertMessage(Services, AnyMessage())), std::exception);
+    EXPECT_EQ(Office.Engine.Statements.size(), 2) << "the row was written, and its number asked for";
+    EXPECT_EQ(Office.Engine.OpenRecordsets, 0);
+    EXPECT_TRUE(Office.Boxes.Shown.isEmpty());
+}
+
 TEST_F(OutboxTest, AnInsertBeforeAnyOutboxWasConfiguredShowsItsBox) {
     Office.Boxes.Expect();
     EXPECT_EQ(mdlOutbox::InsertMessage(Services, AnyMessage()), 0);

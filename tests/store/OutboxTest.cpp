@@ -96,6 +96,32 @@ TEST_F(OutboxTest, ADriveThatTheRestoreBringsBackOpensInTheSecondPass) {
     EXPECT_EQ(Office.OutboxValues.MaxMessageSize, 306);
 }
 
+TEST_F(OutboxTest, OfTwoPassesWithDifferentSizesTheSecondCounts) {
+    Office.SetOutbox(QStringLiteral("X:\\sms"));
+    int opened = 0;
+    Office.Engine.OnAttempt = [&](Operation operation) {
+        if (operation == Operation::Open) {
+            ServeSystem(++opened == 1 ? qint64{459} : qint64{306});
+        }
+    };
+    EXPECT_TRUE(mdlOutbox::OpenOutbox(Services));
+    EXPECT_EQ(opened, 2);
+    EXPECT_EQ(Office.OutboxValues.MaxMessageSize, 306);
+}
+
+TEST_F(OutboxTest, ASecondPassThatOpensAndCannotReadLeaves160AndIsFineAllTheSame) {
+    Office.SetOutbox(QStringLiteral("X:\\sms"));
+    ServeSystem(qint64{459});
+    Office.Engine.Fail(Operation::Open, 3024, 1, 1);
+    Office.Engine.Fail(Operation::Recordset, 3078);
+    EXPECT_TRUE(mdlOutbox::OpenOutbox(Services)) << "the first pass did not open";
+    EXPECT_EQ(Office.OutboxValues.MaxMessageSize, 160);
+    Office.Engine.StopFailing();
+    Office.Engine.Fail(Operation::Recordset, 3078, Office.Engine.Attempts(Operation::Recordset) + 2);
+    EXPECT_TRUE(mdlOutbox::OpenOutbox(Services));
+    EXPECT_EQ(Office.OutboxValues.MaxMessageSize, 160) << "what the first pass read does not stay";
+}
+
 TEST_F(OutboxTest, AFirstPassAloneIsEnoughForTrue) {
     Office.SetOutbox(QStringLiteral("X:\\sms"));
     ServeSystem(qint64{306});
