@@ -28,10 +28,13 @@ void Print(FILE* stream, const QString& text) {
     std::fputs(text.toLocal8Bit().constData(), stream);
 }
 
-/// Until the window ends the program, or a signal does: before that there is nothing of a run to be saved.
-int WorkWith(frmMain& window) {
-    const EndSignals ends([&window] { window.close(); });
-    return Application::exec();
+/// As the tray's menu closes the program; what is asked before there is a main window, nobody answers now.
+void Close(const MainScreens& screens) {
+    if (screens.Main() != nullptr) {
+        screens.Main()->close();
+    } else {
+        Application::closeAllWindows();
+    }
 }
 
 }  // namespace
@@ -63,7 +66,8 @@ int main(int argc, char** argv) {
     AppContext context(machine);
     MainScreens screens(context, machine, commandLine);
     EntryRoutine entry(context, machine, screens, commandLine);
-    const int status = entry.Run() ? WorkWith(*screens.Main()) : entry.ExitStatus();
+    const EndSignals ends([&screens] { Close(screens); });
+    const int status = entry.Run() ? Application::exec() : entry.ExitStatus();
     application.SetLastResort(nullptr, nullptr);
     return status;
 }

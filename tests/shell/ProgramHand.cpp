@@ -1,5 +1,6 @@
 // A hand inside the real program: a plugin that the toolkit loads at the start when the environment names it.
-// Sends two messages to the first contact, one after the other, and presses Exit. A hand that waits in vain
+// Sends two messages to the first contact, one after the other, and presses Exit; or, where the environment's
+// HAND_TASK is "end over a dialog", opens the about box and lets the session end. A hand that waits in vain
 // ends the program with its own exit code.
 
 #include <QAbstractButton>
@@ -10,6 +11,7 @@
 #include <QTest>
 #include <QTimer>
 
+#include <csignal>
 #include <cstdio>
 #include <functional>
 
@@ -68,14 +70,31 @@ bool Press(const char* name) {
     return true;
 }
 
+bool OpenAboutBox() {
+    auto* button = Find<QAbstractButton>("cmdAbout");
+    if (button != nullptr) {
+        // The press returns when the box is closed.
+        QTimer::singleShot(0, button, [button] { button->click(); });
+    }
+    return button != nullptr;
+}
+
+bool EndOverAboutBox() {
+    return QApplication::activeModalWidget() != nullptr && std::raise(SIGTERM) == 0;
+}
+
 class Hand final : public QObject {
     Q_OBJECT
 public:
     Hand() {
-        for (int message = 0; message < 2; ++message) {
-            m_steps.append({PickFirstContact, Write, [] { return Press("cmdSendNow"); }});
+        if (qgetenv("HAND_TASK") == "end over a dialog") {
+            m_steps.append({OpenAboutBox, EndOverAboutBox});
+        } else {
+            for (int message = 0; message < 2; ++message) {
+                m_steps.append({PickFirstContact, Write, [] { return Press("cmdSendNow"); }});
+            }
+            m_steps.append([] { return HasRows("lvRecipients", 0) && Press("cmdExit"); });
         }
-        m_steps.append([] { return HasRows("lvRecipients", 0) && Press("cmdExit"); });
         connect(&m_timer, &QTimer::timeout, this, &Hand::Act);
         m_patience.start();
         m_timer.start(Pace);

@@ -1,5 +1,7 @@
 #include "app/TestMachine.h"
+#include "support/Environment.h"
 
+#include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QTest>
@@ -101,9 +103,10 @@ bool IsCaught(qint64 process, int number) {
     return (caught >> (number - 1) & 1U) != 0;
 }
 
-/// Its event loop runs, and signals find it ready.
-bool IsReadyFor(Program& program, int number) {
-    return QTest::qWaitFor([&] { return IsCaught(program.Process().processId(), number); }, Deadline);
+/// It has a main window, and signals find it ready.
+bool IsReadyFor(const Account& account, Program& program, int number) {
+    return IsUp(account) &&
+           QTest::qWaitFor([&] { return IsCaught(program.Process().processId(), number); }, Deadline);
 }
 
 void Signal(Program& program, int number) {
@@ -212,7 +215,7 @@ TEST(Program, TheEndOfTheSessionClosesItByTheExitPathAndKeepsTheSettings) {
     for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
         const Account account;
         Program program(account, {Q("--data"), account.Office.DataFolder.path(), Q("/error")});
-        ASSERT_TRUE(IsReadyFor(program, number)) << number;
+        ASSERT_TRUE(IsReadyFor(account, program, number)) << number;
         QFile settings(account.Home.filePath(Q("Brenmoor/Larkspan Messenger.ini")));
         ASSERT_TRUE(settings.open(QIODevice::ReadOnly));
         ASSERT_FALSE(settings.readAll().contains("SortBy="));
@@ -227,10 +230,35 @@ TEST(Program, TheEndOfTheSessionClosesItByTheExitPathAndKeepsTheSettings) {
     }
 }
 
+TEST(Program, TheEndOfTheSessionClosesItAlsoWhileADialogIsOpen) {
+    const Account account;
+    const QTemporaryDir plugins;
+    ASSERT_TRUE(QDir(plugins.path()).mkdir(Q("generic")));
+    ASSERT_TRUE(QFile::copy(Q(PROGRAM_HAND), plugins.filePath(Q("generic/libprogram_hand.so"))));
+    const EnvironmentVariable path("QT_PLUGIN_PATH", plugins.path().toLocal8Bit());
+    const EnvironmentVariable hand("QT_QPA_GENERIC_PLUGINS", "hand");
+    const EnvironmentVariable task("HAND_TASK", "end over a dialog");
+    Program program(account, {Q("--data"), account.Office.DataFolder.path(), Q("/error")});
+    ASSERT_TRUE(program.WaitForEnd());
+    EXPECT_EQ(program.Process().exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(program.ExitCode(), 0) << program.Process().readAllStandardError().constData();
+    EXPECT_TRUE(account.Log().contains(Q("Application Terminated")));
+}
+
+TEST(Program, TheEndOfTheSessionTakesTheQuestionsOfTheStartAway) {
+    const Account account;
+    Program program(account, QStringList());  // nobody has said yet where the office is
+    ASSERT_TRUE(QTest::qWaitFor([&] { return IsCaught(program.Process().processId(), SIGTERM); }, Deadline));
+    Signal(program, SIGTERM);
+    ASSERT_TRUE(program.WaitForEnd());
+    EXPECT_EQ(program.Process().exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(program.ExitCode(), 1);
+}
+
 TEST(Program, ASecondSignalEndsItAtOnce) {
     const Account account;
     Program program(account, {Q("--data"), account.Office.DataFolder.path()});
-    ASSERT_TRUE(IsReadyFor(program, SIGHUP));
+    ASSERT_TRUE(IsReadyFor(account, program, SIGHUP));
     // Stopped in between, so that it finds both when it goes on.
     Signal(program, SIGSTOP);
     Signal(program, SIGTERM);
@@ -244,7 +272,7 @@ TEST(Program, ASignalThatItsStarterIgnoresStaysIgnored) {
     const Account account;
     Program program(account, {Q("--data"), account.Office.DataFolder.path()},
                     [] { std::signal(SIGHUP, SIG_IGN); });
-    ASSERT_TRUE(IsReadyFor(program, SIGTERM));
+    ASSERT_TRUE(IsReadyFor(account, program, SIGTERM));
     EXPECT_FALSE(IsCaught(program.Process().processId(), SIGHUP));
 }
 
