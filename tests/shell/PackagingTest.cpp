@@ -71,8 +71,9 @@ TEST(Packaging, TheNewestReleaseIsTheSameInTheMetainfoAndTheChangelog) {
                              .match(Read("larkspan.metainfo.xml"));
     ASSERT_TRUE(release.hasMatch());
     const QString changes = Read("../CHANGELOG.md");
-    const QString newest = changes.mid(changes.indexOf(Q("\n## ")) + 1).section(u'\n', 0, 0);
-    EXPECT_EQ(newest, Q("## %1 (%2)").arg(release.captured(1), release.captured(2)));
+    const auto newest = QRegularExpression(Q("\n## ([0-9.]+) \\(([0-9-]+)\\)\n")).match(changes);
+    EXPECT_EQ(newest.captured(1), release.captured(1));
+    EXPECT_EQ(newest.captured(2), release.captured(2));
 }
 
 TEST(Packaging, TheIconIsThereAsADrawingAndInTheSizesThatDesktopsAskFor) {
