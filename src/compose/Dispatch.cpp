@@ -115,9 +115,12 @@ void DoSend(const DispatchServices& services, Composition& composition, const QD
     letter.Station = GetStation();
 
     QStringList sentKeys;
-    for (const QString& key : keys) {
-        if (SendTo(services, letter, ContactOf(services.RecipientContacts, key))) {
-            sentKeys.append(key);
+    {
+        const mdlHistory::Batch additions(services.History);
+        for (const QString& key : keys) {
+            if (SendTo(services, letter, ContactOf(services.RecipientContacts, key))) {
+                sentKeys.append(key);
+            }
         }
     }
     services.Outbox.State.OutboxDB->CloseDatabase();

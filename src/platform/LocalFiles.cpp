@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <numeric>
 #include <utility>
 
 #include <fcntl.h>
@@ -196,6 +197,13 @@ public:
     NewFile(const NewFile&) = delete;
     NewFile& operator=(const NewFile&) = delete;
 
+    /// The blocks for so many bytes. What is renamed over another file while it has none yet, some file
+    /// systems (ext4) write out at once. Where blocks cannot be had now, the write says so if it matters.
+    void Reserve(qsizetype size) {
+        if (m_file.IsOpen() && size > 0) {
+            [[maybe_unused]] const int ignored = fallocate(m_file.Number(), FALLOC_FL_KEEP_SIZE, 0, size);
+        }
+    }
     /// Writes the bytes and takes the place of `path`.
     bool Become(const QByteArray& path, const QList<QByteArrayView>& pieces, const struct stat* old) {
         return m_file.IsOpen() && WriteAll(m_file.Number(), pieces) && TakeOver(old) && GiveName() &&
@@ -246,6 +254,24 @@ private:
     QByteArray m_name;  // the name that it has at present; empty: none
 };
 
+enum class Haste { None, Some };
+
+bool ReplaceWhole(const QString& path, const QList<QByteArrayView>& pieces, Haste haste) {
+    const QByteArray target = BehindLinks(OpenablePath(path));
+    struct stat old {};
+    const bool isThere = !target.isEmpty() && stat(target.constData(), &old) == 0;
+    if (target.isEmpty() || (isThere && (!S_ISREG(old.st_mode) ||
+                                         faccessat(AT_FDCWD, target.constData(), W_OK, AT_EACCESS) != 0))) {
+        return false;
+    }
+    NewFile file(FolderOf(target));
+    if (haste == Haste::Some) {
+        file.Reserve(std::accumulate(pieces.begin(), pieces.end(), qsizetype{0},
+                                     [](qsizetype sum, QByteArrayView piece) { return sum + piece.size(); }));
+    }
+    return file.Become(target, pieces, isThere ? &old : nullptr);
+}
+
 /// Takes off what a failed append wrote, unless another program has already written behind it.
 void TakeBack(int descriptor, ssize_t written) {
     struct stat status {};
@@ -273,14 +299,19 @@ std::optional<QByteArray> DiskFiles::Read(const QString& path) const {
 }
 
 bool DiskFiles::Replace(const QString& path, const QList<QByteArrayView>& pieces) {
-    const QByteArray target = BehindLinks(OpenablePath(path));
-    struct stat old {};
-    const bool isThere = !target.isEmpty() && stat(target.constData(), &old) == 0;
-    if (target.isEmpty() || (isThere && (!S_ISREG(old.st_mode) ||
-                                         faccessat(AT_FDCWD, target.constData(), W_OK, AT_EACCESS) != 0))) {
-        return false;
-    }
-    return NewFile(FolderOf(target)).Become(target, pieces, isThere ? &old : nullptr);
+    return ReplaceWhole(path, pieces, Haste::None);
+}
+
+bool DiskFiles::ReplaceInHaste(const QString& path, const QList<QByteArrayView>& pieces) {
+    return ReplaceWhole(path, pieces, Haste::Some);
+}
+
+bool DiskFiles::Link(const QString& path, const QString& secondName) {
+    return link(BehindLinks(OpenablePath(path)).constData(), OpenablePath(secondName).constData()) == 0;
+}
+
+bool DiskFiles::Rename(const QString& path, const QString& newPath) {
+    return rename(OpenablePath(path).constData(), BehindLinks(OpenablePath(newPath)).constData()) == 0;
 }
 
 bool DiskFiles::Append(const QString& path, const QByteArray& bytes) {

@@ -34,6 +34,16 @@ public:
     [[nodiscard]] bool Replace(const QString& path, const QByteArray& bytes) {
         return Replace(path, QList<QByteArrayView>{bytes});
     }
+    /// As Replace, for a file that is replaced many times in a row: does not start to write the bytes to the
+    /// disk, which takes most of the time of a Replace. Until Sync has followed, a crash of the machine may
+    /// leave the file empty or cut short; whoever calls this keeps what is needed then.
+    [[nodiscard]] virtual bool ReplaceInHaste(const QString& path, const QList<QByteArrayView>& pieces) = 0;
+    /// Gives the file a second name on the same file system, under which it stays as it is when the first one
+    /// is replaced. False where that cannot be done, or where there is something of that name.
+    [[nodiscard]] virtual bool Link(const QString& path, const QString& secondName) = 0;
+    /// The file takes the place and name of another one, if there is one, in one step. False if nothing was
+    /// moved.
+    [[nodiscard]] virtual bool Rename(const QString& path, const QString& newPath) = 0;
     /// Appends in one write; makes the file if it is missing. False if not all bytes went in;
     /// what a failed append wrote is taken off again.
     [[nodiscard]] virtual bool Append(const QString& path, const QByteArray& bytes) = 0;
@@ -51,6 +61,9 @@ public:
     [[nodiscard]] std::optional<QByteArray> Read(const QString& path) const override;
     using LocalFiles::Replace;
     [[nodiscard]] bool Replace(const QString& path, const QList<QByteArrayView>& pieces) override;
+    [[nodiscard]] bool ReplaceInHaste(const QString& path, const QList<QByteArrayView>& pieces) override;
+    [[nodiscard]] bool Link(const QString& path, const QString& secondName) override;
+    [[nodiscard]] bool Rename(const QString& path, const QString& newPath) override;
     [[nodiscard]] bool Append(const QString& path, const QByteArray& bytes) override;
     [[nodiscard]] bool Remove(const QString& path) override;
     [[nodiscard]] bool Sync(const QString& path) override;

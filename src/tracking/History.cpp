@@ -116,6 +116,11 @@ void mdlHistory::AddToHistory(qint32 msgID, const QString& recipient, const QStr
 }
 
 void mdlHistory::ClearHistory() {
+    Trap([&] {
+        if (m_files.Exists(SecondPath())) {
+            std::ignore = m_files.Remove(SecondPath());
+        }
+    });
     Trap([&] { std::ignore = m_files.Remove(HistoryPath()); });
     Trap([&] { std::ignore = m_files.Replace(HistoryPath(), QByteArray()); });
 }
@@ -125,7 +130,41 @@ bool mdlHistory::IsHistoryFileValid(const QString& path) const {
     return size <= 0 || size % HistoryRecord::Size == 0;
 }
 
+void mdlHistory::EndBatch() {
+    const auto batch = std::exchange(m_batch, {});
+    Trap([&] {
+        if ((batch.HasWritten || batch.IsLinked) && m_files.Sync(HistoryPath())) {
+            std::ignore = m_files.Remove(SecondPath());
+        }
+    });
+}
+
+bool mdlHistory::IsKeptBeside() {
+    if (m_batch.IsOpen && !m_batch.IsLinkTried && m_files.Size(HistoryPath()) > 0) {
+        m_batch.IsLinkTried = true;
+        // Another batch that came to no end has not waited for the disk.
+        const bool isLeft = m_files.Exists(SecondPath());
+        if ((!isLeft && !m_batch.HasWritten) || m_files.Sync(HistoryPath())) {
+            std::ignore = isLeft && m_files.Remove(SecondPath());
+            m_batch.IsLinked = m_files.Link(HistoryPath(), SecondPath());
+        }
+    }
+    // Another copy of the program that works here may have ended its own batch.
+    return m_batch.IsLinked && m_files.Exists(SecondPath());
+}
+
+void mdlHistory::Recover() {
+    const qint64 size = m_files.Size(HistoryPath());
+    if (size == 0 || !IsHistoryFileValid(HistoryPath())) {
+        const qint64 kept = m_files.Size(SecondPath());
+        if (kept > 0 && kept % HistoryRecord::Size == 0) {
+            std::ignore = m_files.Rename(SecondPath(), HistoryPath());
+        }
+    }
+}
+
 std::optional<QByteArray> mdlHistory::ReadRecords() {
+    Recover();
     const QString path = HistoryPath();
     if (m_files.Size(path) <= 0) {
         return QByteArray();
@@ -165,11 +204,18 @@ void mdlHistory::PutInFront(HistoryRecord record, QByteArray file) {
         std::ignore = m_files.Remove(path);
     }
     const QByteArrayView bytes(file);
-    std::ignore = m_files.Replace(path, {newest, bytes.first(kept), bytes.sliced(behind)});
+    const QList<QByteArrayView> pieces = {newest, bytes.first(kept), bytes.sliced(behind)};
+    if (IsKeptBeside() ? m_files.ReplaceInHaste(path, pieces) : m_files.Replace(path, pieces)) {
+        m_batch.HasWritten = true;
+    }
 }
 
 QString mdlHistory::HistoryPath() const {
     return Text::WithBackslash(m_folders.ApplicationFolder()) + QStringLiteral("history.sms");
+}
+
+QString mdlHistory::SecondPath() const {
+    return Text::WithBackslash(m_folders.ApplicationFolder()) + QStringLiteral(".larkspan-history");
 }
 
 QString mdlHistory::LogPath() const {

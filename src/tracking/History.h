@@ -36,10 +36,28 @@ struct HistoryRecord {
 
 /// The two local files that tell which rows of the shared outbox are this workstation's own: history.sms, the
 /// newest 250 messages, newest first, and messagelog.sms, a text log with a line for each message, appended
-/// to and never read back. No procedure returns an error; nothing stays in memory between calls.
+/// to and never read back. No procedure returns an error; nothing of them stays in memory between
+/// calls.
 class mdlHistory {
 public:
     static constexpr int MaxRecords = 250;
+
+    /// The additions of one send: faster, since only the last history.sms has to reach the disk. Before the
+    /// first one is replaced it gets a second name, ".larkspan-history" beside it, and that is removed once
+    /// the last one is on the disk, at the end of the batch. When the machine itself crashes in between,
+    /// history.sms can come out empty or cut short: the file of the second name then takes its place. Where
+    /// there can be no second name, each addition goes to the disk on its own.
+    class Batch {
+    public:
+        /// One at a time.
+        explicit Batch(mdlHistory& history) : m_history(history) { m_history.m_batch = {true}; }
+        ~Batch() { m_history.EndBatch(); }
+        Batch(const Batch&) = delete;
+        Batch& operator=(const Batch&) = delete;
+
+    private:
+        mdlHistory& m_history;
+    };
 
     mdlHistory(LocalFiles& files, Folders& folders, MessageBoxes& boxes, const CodePage& page);
 
@@ -50,22 +68,34 @@ public:
     /// records, which only another program can have made, has its first record overwritten and keeps the
     /// others.
     void AddToHistory(qint32 msgID, const QString& recipient, const QString& text, const QDateTime& sendTime);
-    /// Leaves history.sms present and empty.
+    /// Leaves history.sms present and empty; what a batch may have left beside it goes.
     void ClearHistory();
     /// True when the file's length is 0 or a whole multiple of 1069; a missing file has length 0.
     [[nodiscard]] bool IsHistoryFileValid(const QString& path) const;
 
 private:
+    void EndBatch();
+    /// True if what stood in history.sms before this batch lies beside it under its second name.
+    [[nodiscard]] bool IsKeptBeside();
+    /// Puts the second file in the place of history.sms, if that one shows that the machine crashed.
+    void Recover();
     /// The records as they stand in the file, empty where there are none. Nothing if the file is there but
     /// cannot be read.
     [[nodiscard]] std::optional<QByteArray> ReadRecords();
     /// `file` holds whole records.
     void PutInFront(HistoryRecord record, QByteArray file);
     [[nodiscard]] QString HistoryPath() const;
+    [[nodiscard]] QString SecondPath() const;
     [[nodiscard]] QString LogPath() const;
 
     LocalFiles& m_files;
     Folders& m_folders;
     MessageBoxes& m_boxes;
     const CodePage& m_page;
+    struct {
+        bool IsOpen = false;
+        bool IsLinkTried = false;
+        bool IsLinked = false;
+        bool HasWritten = false;
+    } m_batch;
 };

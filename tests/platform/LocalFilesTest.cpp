@@ -118,6 +118,9 @@ TEST_F(LocalFilesTest, AMissingFileHasNoSizeAndNoBytes) {
     EXPECT_FALSE(m_files.Read(In(u"a"_s)).has_value());
     EXPECT_FALSE(m_files.Remove(In(u"a"_s)));
     EXPECT_FALSE(m_files.Sync(In(u"a"_s)));
+    EXPECT_FALSE(m_files.Link(In(u"a"_s), In(u"b"_s)));
+    EXPECT_FALSE(m_files.Rename(In(u"a"_s), In(u"b"_s)));
+    EXPECT_EQ(Names(), QStringList());
 }
 
 TEST_F(LocalFilesTest, AFolderIsNoFile) {
@@ -262,6 +265,55 @@ TEST_F(LocalFilesTest, NothingIsWrittenBehindALinkThatAnotherAccountPlantedInThe
     ASSERT_EQ(GiveAway(folder, own, group, 0700), 0);
 }
 
+TEST_F(LocalFilesTest, InHasteAFileIsReplacedAsAtLeisure) {
+    ASSERT_TRUE(m_files.ReplaceInHaste(In(u"a"_s), {QByteArrayView(New)}));
+    EXPECT_EQ(ModeOf(In(u"a"_s)), 0600U);
+    ASSERT_EQ(chmod(In(u"a"_s).toLocal8Bit().constData(), 0664), 0);
+    ASSERT_TRUE(m_files.ReplaceInHaste(In(u"a"_s), {QByteArrayView("one"), QByteArrayView("two")}));
+    EXPECT_EQ(TextOf(u"a"_s), QByteArray("onetwo"));
+    EXPECT_EQ(ModeOf(In(u"a"_s)), 0664U);
+    ASSERT_TRUE(m_files.ReplaceInHaste(In(u"a"_s), {}));
+    EXPECT_EQ(m_files.Size(In(u"a"_s)), 0);
+    ASSERT_TRUE(QFile::link(u"a"_s, In(u"link"_s)));
+    EXPECT_TRUE(m_files.ReplaceInHaste(In(u"link"_s), {QByteArrayView(New)}));
+    EXPECT_EQ(TextOf(u"a"_s), New);
+    EXPECT_TRUE(m_files.Sync(In(u"link"_s)));
+    EXPECT_FALSE(m_files.ReplaceInHaste(m_folder.path(), {QByteArrayView(New)}));
+    EXPECT_EQ(Names(), (QStringList{u"a"_s, u"link"_s}));
+}
+
+TEST_F(LocalFilesTest, UnderASecondNameAFileStaysWhenTheFirstIsReplaced) {
+    ASSERT_TRUE(m_files.Replace(In(u"a"_s), Old));
+    ASSERT_TRUE(m_files.Link(In(u"a"_s), In(u"b"_s)));
+    ASSERT_TRUE(m_files.Replace(In(u"a"_s), New));
+    EXPECT_EQ(TextOf(u"b"_s), Old);
+    EXPECT_FALSE(m_files.Link(In(u"a"_s), In(u"b"_s))) << "there is one of that name";
+    EXPECT_EQ(TextOf(u"b"_s), Old);
+    EXPECT_FALSE(m_files.Link(m_folder.path(), In(u"c"_s)));
+    EXPECT_EQ(Names(), (QStringList{u"a"_s, u"b"_s}));
+}
+
+TEST_F(LocalFilesTest, ASecondNameIsGivenToTheFileBehindALink) {
+    ASSERT_TRUE(QDir(m_folder.path()).mkdir(u"real"_s));
+    ASSERT_TRUE(m_files.Replace(In(u"real/a"_s), Old));
+    ASSERT_TRUE(QFile::link(u"real/a"_s, In(u"link"_s)));
+    ASSERT_TRUE(m_files.Link(In(u"link"_s), In(u"b"_s)));
+    EXPECT_FALSE(QFileInfo(In(u"b"_s)).isSymLink());
+    ASSERT_TRUE(m_files.Replace(In(u"link"_s), New));
+    EXPECT_EQ(TextOf(u"b"_s), Old);
+    ASSERT_TRUE(m_files.Rename(In(u"b"_s), In(u"link"_s)));
+    EXPECT_EQ(TextOf(u"real/a"_s), Old);
+    EXPECT_TRUE(QFileInfo(In(u"link"_s)).isSymLink());
+}
+
+TEST_F(LocalFilesTest, ARenamedFileTakesThePlaceOfAnother) {
+    ASSERT_TRUE(m_files.Replace(In(u"a"_s), Old));
+    ASSERT_TRUE(m_files.Replace(In(u"b"_s), New));
+    EXPECT_TRUE(m_files.Rename(In(u"a"_s), In(u"b"_s)));
+    EXPECT_EQ(TextOf(u"b"_s), Old);
+    EXPECT_EQ(Names(), QStringList{u"b"_s});
+}
+
 TEST_F(LocalFilesTest, LinksThatGoRoundAreNoFile) {
     ASSERT_TRUE(QFile::link(u"b"_s, In(u"a"_s)));
     ASSERT_TRUE(QFile::link(u"a"_s, In(u"b"_s)));
@@ -310,6 +362,7 @@ TEST_F(LocalFilesTest, OnAFullDiskReplaceKeepsTheOldFileWhole) {
          {qint64{0}, qint64{1}, qint64{4095}, qint64{4096}, qint64{100000}, New.size() - 1}) {
         const FullDisk disk(room);
         EXPECT_FALSE(m_files.Replace(In(u"a"_s), New)) << room;
+        EXPECT_FALSE(m_files.ReplaceInHaste(In(u"a"_s), {QByteArrayView(New)})) << room;
         EXPECT_EQ(TextOf(u"a"_s), Old) << room;
         EXPECT_EQ(Names(), QStringList{u"a"_s}) << room;
     }
@@ -347,6 +400,9 @@ TEST_F(LocalFilesTest, InAReadOnlyFolderNothingChanges) {
     const ReadOnlyFolder folder(m_folder.path());
     EXPECT_FALSE(m_files.Replace(In(u"a"_s), New));
     EXPECT_FALSE(m_files.Replace(In(u"b"_s), New));
+    EXPECT_FALSE(m_files.ReplaceInHaste(In(u"a"_s), {QByteArrayView(New)}));
+    EXPECT_FALSE(m_files.Link(In(u"a"_s), In(u"b"_s)));
+    EXPECT_FALSE(m_files.Rename(In(u"a"_s), In(u"b"_s)));
     EXPECT_FALSE(m_files.Append(In(u"b"_s), New));
     EXPECT_FALSE(m_files.Remove(In(u"a"_s)));
     EXPECT_EQ(TextOf(u"a"_s), Old);
@@ -375,7 +431,7 @@ TEST_F(LocalFilesTest, AProgramThatIsKilledWhileItReplacesLeavesTheOldFileOrTheN
         if (child == 0) {
             for (;;) {
                 static_cast<void>(m_files.Replace(In(u"a"_s), New));
-                static_cast<void>(m_files.Replace(In(u"a"_s), Old));
+                static_cast<void>(m_files.ReplaceInHaste(In(u"a"_s), {QByteArrayView(Old)}));
             }
         }
         int changes = 0;

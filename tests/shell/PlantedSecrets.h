@@ -55,7 +55,7 @@ inline QList<Secret> Plant(int people) {
 }  // namespace Secrets
 
 /// Everything that others can look at while the program runs: the log, standard error, the files of the
-/// application, the temporary and the settings folder except for the two that hold texts on purpose, the
+/// application, the temporary and the settings folder except for the three that hold texts on purpose, the
 /// titles of windows, and the process list.
 class Outside final : public QObject {
 public:
@@ -67,7 +67,8 @@ public:
         m_files = std::make_unique<FilesSeen>(
             QStringList{window.Machine.Office.Folders.Root.path(), m_temp.path(),
                         QFileInfo(window.Context.AppSettings.FileName()).path()},
-            QStringList{QStringLiteral("history.sms"), QStringLiteral("messagelog.sms")});
+            QStringList{QStringLiteral("history.sms"), QStringLiteral(".larkspan-history"),
+                        QStringLiteral("messagelog.sms")});
         qApp->installEventFilter(this);
         ::testing::internal::CaptureStderr();
     }
