@@ -60,6 +60,7 @@ void ComposeArea::Connect() {
     connect(m_recipients, &RecipientPanel::ClearPressed, this, &ComposeArea::ClearRecipients);
     connect(m_recipients, &RecipientPanel::MenuRequested, this, &ComposeArea::ShowRecipientMenu);
     connect(m_message, &MessagePanel::StateChanged, this, &ComposeArea::UpdateStateDisplay);
+    connect(m_message, &MessagePanel::ClearPressed, this, &ComposeArea::ClearMessage);
     connect(m_send, &SendPanel::SendNowPressed, this, &ComposeArea::SendNow);
     connect(m_send, &SendPanel::SendLaterPressed, this, &ComposeArea::SendLater);
 }
@@ -90,6 +91,10 @@ void ComposeArea::UpdateStateDisplay() {
     Trap([this] { m_recipients->ShowRecipientCount(); });
     Trap([this] { m_message->ShowRemainingChars(); });
     Trap([this] { EnableButtons(); });
+}
+
+void ComposeArea::ShowRemainingChars() {
+    m_message->ShowRemainingChars();
 }
 
 void ComposeArea::EnableButtons() {
@@ -210,6 +215,14 @@ void ComposeArea::RemoveRecipientRows(const QStringList& keys) {
     if (m_recipients->Count() > 0) {
         UpdateStateDisplay();
     }
+}
+
+void ComposeArea::ClearMessage() {
+    if (m_isPressRunning) {
+        return;
+    }
+    m_message->ClearMessage();
+    UpdateStateDisplay();
 }
 
 void ComposeArea::ClearRecipients() {

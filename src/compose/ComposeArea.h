@@ -35,6 +35,8 @@ public:
 
     /// Recipient count, size display, send buttons, in this order. Ignores failures.
     void UpdateStateDisplay();
+    /// The size of the message alone; see MessagePanel.
+    void ShowRemainingChars();
     /// Both send buttons need a recipient, a text, and no place left to fill in.
     void EnableButtons();
     /// Back to the empty composition, with the focus in the contact list.
@@ -59,7 +61,6 @@ public:
     /// Characters plus one for each euro sign. Throws OverflowError.
     [[nodiscard]] static qint16 SMSLength(const QString& text);
 
-    /// The focus for txtMessage and for lvRecipients.
     /// As typed, untrimmed.
     [[nodiscard]] QString MessageText() const override;
     [[nodiscard]] QString SignatureText() const override;
@@ -67,6 +68,7 @@ public:
     /// Another message in place of what is there; the user can undo it.
     void SetMessageText(const QString& text);
     void CaretToMessageEnd();
+    /// The focus for txtMessage and for lvRecipients.
     void FocusMessage();
     void FocusRecipients();
 
@@ -81,13 +83,16 @@ private:
     void RemoveRecipientRows(const QStringList& keys) override;
 
     void Connect();
+    /// Presses on cmdClearMessage and cmdClearRecipients; nothing is cleared while a send is under way.
+    void ClearMessage();
     void ClearRecipients();
     void ShowRecipientMenu(const QPoint& position);
     /// One press on a send button: `work` runs with the window's input shut off, in the busy state `state`,
     /// unless the text has a place to fill in, which is selected instead. True if `work` says that it sent.
     bool RunPress(qint32 state, const std::function<bool()>& work);
     [[nodiscard]] bool SelectFillInMark();
-    /// False if the user canceled or nobody is left.
+    /// False if the user canceled or nobody is left. Also without a question: the buttons stay enabled after
+    /// one in which everybody was unticked, and a second press asks no time for a message to nobody.
     [[nodiscard]] bool PassConfirmation();
     void Submit(const QDateTime& sendTime, bool removeSent);
 

@@ -46,13 +46,14 @@ bool TypesLineBreak(const QKeyEvent& key) {
 /// cut that follows from it still joins the step.
 class MessageEdit::UserEdit {
 public:
-    explicit UserEdit(MessageEdit& edit) : m_edit(edit), m_cursor(edit.textCursor()) {
+    explicit UserEdit(MessageEdit& edit)
+        : m_edit(edit), m_before(edit.m_isUserEdit), m_cursor(edit.textCursor()) {
         m_edit.m_isUserEdit = true;
         m_cursor.beginEditBlock();
     }
     ~UserEdit() {
         m_cursor.endEditBlock();
-        m_edit.m_isUserEdit = false;
+        m_edit.m_isUserEdit = m_before;
         m_edit.ensureCursorVisible();
     }
     UserEdit(const UserEdit&) = delete;
@@ -60,6 +61,7 @@ public:
 
 private:
     MessageEdit& m_edit;
+    bool m_before;  // one may stand within another
     QTextCursor m_cursor;
 };
 
@@ -118,6 +120,11 @@ void MessageEdit::Select(int start, int length) {
 
 bool MessageEdit::canInsertFromMimeData(const QMimeData* source) const {
     return source->hasText() && !IsKeyData(*source);
+}
+
+void MessageEdit::dropEvent(QDropEvent* event) {
+    const UserEdit step(*this);
+    QPlainTextEdit::dropEvent(event);
 }
 
 void MessageEdit::insertFromMimeData(const QMimeData* source) {

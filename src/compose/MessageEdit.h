@@ -4,7 +4,7 @@
 
 /// The message box: plain text with a limit on what can be typed and pasted. Enter types nothing; line breaks
 /// that were pasted stay. Tab leaves the box. Everything that changes the text can be undone, but for
-/// SetText.
+/// SetText and a cut that the user's own input did not cause: nothing before those can be undone any more.
 class MessageEdit final : public QPlainTextEdit {
     Q_OBJECT
 public:
@@ -24,7 +24,7 @@ public:
     void ReplaceText(const QString& text);
     /// Drops what stands behind the first `length` characters, puts the caret behind the rest and gives the
     /// box the focus. What the user's own input made too long is undone together with that input; any other
-    /// cut is for good: with the text back in the box it would be cut again.
+    /// cut is for good, and so is what came before it: with the text back in the box it would be cut again.
     void CutTo(int length);
     /// The units (two for a character of the extension table) that still fit before something has to be cut.
     void SetUnitsLeft(int units) { m_unitsLeft = units; }
@@ -37,6 +37,7 @@ Q_SIGNALS:
 
 protected:
     bool canInsertFromMimeData(const QMimeData* source) const override;
+    void dropEvent(QDropEvent* event) override;
     void inputMethodEvent(QInputMethodEvent* event) override;
     void insertFromMimeData(const QMimeData* source) override;
     void keyPressEvent(QKeyEvent* event) override;

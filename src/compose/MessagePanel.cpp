@@ -107,10 +107,7 @@ void MessagePanel::BuildMessageFrame() {
     m_messageLayout->addLayout(counters);
 
     connect(m_txtMessage, &MessageEdit::TextChanged, this, &MessagePanel::StateChanged);
-    connect(m_cmdClearMessage, &QPushButton::clicked, this, [this] {
-        m_txtMessage->ClearText();
-        Q_EMIT StateChanged();
-    });
+    connect(m_cmdClearMessage, &QPushButton::clicked, this, &MessagePanel::ClearPressed);
 }
 
 void MessagePanel::BuildTailFrame() {
@@ -196,7 +193,9 @@ void MessagePanel::ShowRemainingChars() {
     const QString text = m_txtMessage->Text();
     const MessageSize size = MessageSize::Measure(text, tail, m_outbox.MaxMessageSize);
     m_pbMsgSize->SetMaximum(size.Available);
-    Trap([&] { m_lblUsed->SetNumber(mdlGSMCharSet::GSMTextLength(text)); });
+    qint16 used = 0;  // for a text whose length does not fit: what remains is counted with that, too
+    Trap([&] { used = mdlGSMCharSet::GSMTextLength(text); });
+    m_lblUsed->SetNumber(used);
     if (size.IsCut) {
         // Announces the change, so that a complete run happens in here and shows the shortened count.
         Trap([&] { m_txtMessage->CutTo(static_cast<int>(size.Text.size())); });
@@ -232,6 +231,10 @@ void MessagePanel::CaretToMessageEnd() {
 
 QString MessagePanel::SelectedTail() const {
     return m_cbTails->currentText();
+}
+
+void MessagePanel::ClearMessage() {
+    m_txtMessage->ClearText();
 }
 
 void MessagePanel::ResetMessage() {

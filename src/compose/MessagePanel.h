@@ -50,6 +50,8 @@ public:
     void SetMessageText(const QString& text);
     /// Caret behind the message's last character, and the focus.
     void CaretToMessageEnd();
+    /// Empties the message as the user would.
+    void ClearMessage();
     /// Empties the message; afterwards nothing can be undone.
     void ResetMessage();
     /// Selects characters of the message and gives the box the focus.
@@ -64,6 +66,8 @@ public:
 Q_SIGNALS:
     /// Message or signature have changed.
     void StateChanged();
+    /// cmdClearMessage was pressed; nothing is cleared yet.
+    void ClearPressed();
 
 protected:
     void changeEvent(QEvent* event) override;

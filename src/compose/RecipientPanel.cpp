@@ -110,11 +110,10 @@ void RecipientPanel::AddKeysToRecipients(const QStringList& keys) {
 }
 
 void RecipientPanel::AddKeyToRecipients(const QString& key, bool ensureVisible) {
-    const int before = Count();
-    AddKeysToRecipients({key});
-    if (ensureVisible && Count() > before) {
-        m_lvRecipients->EnsureVisible(before);
-        m_lvRecipients->SelectKey(key);
+    const Contact* contact = m_addressContacts.ContactByKey(key);
+    if (contact != nullptr) {
+        Trap([&] { m_recipientContacts.Add(*contact); });
+        Trap([&] { ContactItems::AddContactItem(*m_lvRecipients, *contact, ensureVisible, m_sortBy); });
     }
 }
 

@@ -59,7 +59,8 @@ public:
     void UpdateRecipient(const Contact& contact, const QString& toolTip);
 
 Q_SIGNALS:
-    /// The user, by a key, a double click, a drop or a button, has changed the list.
+    /// The list has changed: by the user's key, double click or drop, or because RefreshRecipientList brought
+    /// rows back.
     void RecipientsChanged();
     /// cmdClearRecipients was pressed; nothing is cleared yet.
     void ClearPressed();

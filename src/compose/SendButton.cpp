@@ -73,6 +73,10 @@ void SendButton::keyPressEvent(QKeyEvent* event) {
 }
 
 void SendButton::mousePressEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton) {
+        QPushButton::mousePressEvent(event);
+        return;
+    }
     // The third click of three comes as a new press.
     const auto pause = static_cast<quint64>(QApplication::doubleClickInterval());
     const bool isBurst = m_lastPress != 0 && event->timestamp() - m_lastPress < pause;
@@ -85,6 +89,8 @@ void SendButton::mousePressEvent(QMouseEvent* event) {
 }
 
 void SendButton::mouseDoubleClickEvent(QMouseEvent* event) {
-    m_lastPress = event->timestamp();
+    if (event->button() == Qt::LeftButton) {
+        m_lastPress = event->timestamp();
+    }
     event->accept();
 }

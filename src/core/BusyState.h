@@ -13,7 +13,8 @@ inline constexpr qint32 Sending = 4;
 inline constexpr qint32 HistoryOpen = 6;
 }  // namespace Busy
 
-/// Holds `AppBusyState`; only BusyScope and the entry routine write it.
+/// Holds `AppBusyState`. Written by the entry routine, by BusyScope, and by a send whose question or choice
+/// of the time is over (from ScheduleDialog on to Sending, inside the BusyScope of its press).
 class BusyState {
 public:
     [[nodiscard]] qint32 Value() const { return m_value; }

@@ -4,6 +4,7 @@
 #include "controls/ModalDoor.h"
 #include "support/PaintCount.h"
 
+#include <QPointer>
 #include <QTimer>
 
 namespace {
@@ -145,6 +146,22 @@ TEST_F(ConfirmRecipientTest, TheKeyThatOpenedTheDialogAndIsStillHeldDownDoesNotC
     EXPECT_TRUE(dialog.IsCanceled());
 }
 
+TEST_F(ConfirmRecipientTest, TheDialogIsGoneWhenTheWindowIsPaintedAndEventsAreLetThrough) {
+    QPointer<QDialog> dialog;
+    Door.ExpectDialog([&](QDialog& shown) {
+        dialog = &shown;
+        Press(shown, "cmdOkay");
+    });
+    PaintCount paints(Window);
+    bool isGoneAtThePaint = false;
+    paints.OnPaint = [&] { isGoneAtThePaint = dialog == nullptr; };
+    bool isGoneAtThePasses = false;
+    Office.Pump.OnProcess = [&](int) { isGoneAtThePasses = dialog == nullptr; };
+    EXPECT_TRUE(Area->ConfirmRecipients());
+    EXPECT_TRUE(isGoneAtThePaint);
+    EXPECT_TRUE(isGoneAtThePasses);
+}
+
 TEST_F(ConfirmRecipientTest, ARowThatDeleteTookOutIsNotAskedAbout) {
     lvRecipients().SelectKey(QStringLiteral("C1"));
     QTest::keyClick(&lvRecipients(), Qt::Key_Delete);
@@ -166,6 +183,23 @@ TEST_F(ConfirmRecipientTest, TheOnlyRecipientUntickedStopsTheSendWithoutAMessage
     EXPECT_EQ(txtMessage().Text(), QStringLiteral("Hello"));
     EXPECT_EQ(Busy.Value(), Busy::Idle);
     EXPECT_FALSE(Host.Calls.contains(QStringLiteral("StartTracking")));
+}
+
+TEST_F(ConfirmRecipientTest, WithEverybodyUntickedASecondPressAsksNothingAndSwitchesNothingOn) {
+    lvRecipients().Rows().RemoveKeys({QStringLiteral("C2"), QStringLiteral("C3")});
+    Door.ExpectDialog([](QDialog& dialog) {
+        DoubleClick(List(dialog), 0);
+        Press(dialog, "cmdOkay");
+    });
+    QTest::mouseClick(&cmdSendNow(), Qt::LeftButton);
+    ASSERT_EQ(lvRecipients().Rows().Count(), 0);
+    for (QPushButton* button : {&cmdSendNow(), &cmdSendLater()}) {
+        ASSERT_TRUE(button->isEnabled()) << "the display was not refreshed";
+        QTest::mouseClick(button, Qt::LeftButton);
+        EXPECT_EQ(Door.Dialogs.size(), 1) << "no time for a message to nobody";
+        EXPECT_TRUE(Host.Calls.isEmpty()) << "no poll";
+        EXPECT_EQ(Busy.Value(), Busy::Idle);
+    }
 }
 
 TEST_F(ConfirmRecipientTest, AllOfManyUntickedStopTheSendWithoutAMessage) {

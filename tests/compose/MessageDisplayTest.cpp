@@ -1,8 +1,11 @@
 #include "ComposeBench.h"
 
+#include "support/PaintCount.h"
+
 #include <QApplication>
 #include <QClipboard>
 #include <QMimeData>
+#include <QProxyStyle>
 #include <QRegularExpression>
 
 namespace {
@@ -77,6 +80,19 @@ TEST_F(MessageDisplayTest, PastingTwoHundredBracketsCutsThemTo78AndBeeps) {
     EXPECT_GT(Office.Sound.Beeps, 0);
 }
 
+TEST_F(MessageDisplayTest, ATextTooLongToBeMeasuredCountsAsNoneInEveryNumber) {
+    SetMaxMessageSize(0);  // the office's System table has no row: no limit on what is pasted
+    txtMessage().SetText(QStringLiteral("Hello"));
+    ASSERT_EQ(Used(), QStringLiteral("5"));
+    QApplication::clipboard()->setText(QString(32768, u'x'));
+    txtMessage().selectAll();
+    txtMessage().paste();
+    ASSERT_EQ(txtMessage().Text().size(), 32768);
+    EXPECT_EQ(Left(), QStringLiteral("156"));
+    EXPECT_EQ(Used(), QStringLiteral("0"));
+    EXPECT_EQ(pbMsgSize().Position(), 0);
+}
+
 TEST_F(MessageDisplayTest, TheCutPutsTheCaretBehindTheTextAndGivesTheBoxTheFocus) {
     ShowWindow();
     txtEndWidth().setFocus();
@@ -115,6 +131,70 @@ TEST_F(MessageDisplayTest, ASelectedTailRefreshesTheSizeButNotTheRecipientCount)
     cbTails().setCurrentIndex(1);
     EXPECT_EQ(Left(), QString::number(160 - 10));
     EXPECT_EQ(RecipientCaption(), QStringLiteral("Recipient List"));
+}
+
+TEST_F(MessageDisplayTest, AChangedSignatureRefreshesTheWholeDisplay) {
+    txtMessage().SetText(QStringLiteral("Hello"));
+    lvRecipients().Rows().Add({QStringLiteral("C1"), QStringLiteral("x"), {}, 0, false});
+    ASSERT_EQ(RecipientCaption(), QStringLiteral("Recipient List"));
+    txtEndWidth().setText(QStringLiteral("Desk"));
+    EXPECT_EQ(RecipientCaption(), QStringLiteral("Recipient List [1]"));
+    EXPECT_EQ(Left(), QString::number(160 - 10 - 5));
+    EXPECT_TRUE(cmdSendNow().isEnabled());
+}
+
+TEST_F(MessageDisplayTest, TheDisplayShowsRecipientsThenTheSizeThenTheButtons) {
+    txtMessage().SetText(QString(156, u'x'));
+    lvRecipients().Rows().Add({QStringLiteral("C1"), QStringLiteral("x"), {}, 0, false});
+    QString caption;
+    bool isEnabled = true;
+    Office.Sound.OnBeep = [&] {  // a part of the size
+        caption = RecipientCaption();
+        isEnabled = cmdSendNow().isEnabled();
+    };
+    Area->UpdateStateDisplay();
+    EXPECT_EQ(caption, QStringLiteral("Recipient List [1]"));
+    EXPECT_FALSE(isEnabled);
+    EXPECT_TRUE(cmdSendNow().isEnabled());
+}
+
+TEST_F(MessageDisplayTest, ACountThatCannotBeShownLeavesSizeAndButtonsToFollow) {
+    /// Lays out no frame while it refuses.
+    class RefusingStyle final : public QProxyStyle {
+    public:
+        bool IsRefusing = false;
+        QRect subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl part,
+                             const QWidget* widget) const override {
+            if (IsRefusing) {
+                throw std::runtime_error("no frame");
+            }
+            return QProxyStyle::subControlRect(control, option, part, widget);
+        }
+    };
+    RefusingStyle style;
+    auto& frame = Find<QGroupBox>("fraRecipients");
+    frame.setStyle(&style);
+    lvRecipients().Rows().Add({QStringLiteral("C1"), QStringLiteral("x"), {}, 0, false});
+    style.IsRefusing = true;
+    txtMessage().SetText(QStringLiteral("Hello"));
+    style.IsRefusing = false;
+    EXPECT_EQ(Used(), QStringLiteral("5"));
+    EXPECT_TRUE(cmdSendNow().isEnabled());
+    frame.setStyle(nullptr);
+}
+
+TEST_F(MessageDisplayTest, ANumberThatStaysIsNotWrittenAgain) {
+    ShowWindow();
+    txtMessage().SetText(QStringLiteral("Hello"));
+    QCoreApplication::processEvents();
+    auto& label = Find<QLabel>("lblUsed");
+    PaintCount paints(label);
+    Area->UpdateStateDisplay();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(paints.Count, 0);
+    txtMessage().SetText(QStringLiteral("Hello!"));
+    QCoreApplication::processEvents();
+    EXPECT_GT(paints.Count, 0);
 }
 
 TEST_F(MessageDisplayTest, ATailLongerThanTheWholeMessageEmptiesTheBoxAndLeavesNegativeNumbers) {

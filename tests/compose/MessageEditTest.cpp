@@ -193,6 +193,26 @@ TEST_F(MessageEditTest, APasteThatIsCutIsUndoneAtOnce) {
     EXPECT_EQ(Edit->Text(), QStringLiteral("ab"));
 }
 
+TEST_F(MessageEditTest, ADropThatIsCutIsUndoneAtOnceAndWhatWasTypedBeforeStaysUndoable) {
+    QTest::keyClicks(Edit, QStringLiteral("ab"));
+    QObject::connect(Edit, &MessageEdit::TextChanged, Edit, [this] {
+        if (Edit->Text().size() > 5) {
+            Edit->CutTo(5);
+        }
+    });
+    QMimeData text;
+    text.setText(QStringLiteral("0123456789"));
+    EXPECT_TRUE(Drop(text));
+    EXPECT_EQ(Edit->Text(), QStringLiteral("ab012"));
+    Edit->undo();
+    EXPECT_EQ(Edit->Text(), QStringLiteral("ab"));
+    Edit->redo();
+    EXPECT_EQ(Edit->Text(), QStringLiteral("ab012"));
+    Edit->undo();
+    Edit->undo();
+    EXPECT_TRUE(Edit->Text().size() < 2) << "the keys before it";
+}
+
 TEST_F(MessageEditTest, ACutThatTheUserDidNotCauseIsForGood) {
     QTest::keyClicks(Edit, QStringLiteral("Hello"));
     Edit->CutTo(2);

@@ -1,6 +1,7 @@
 #include "ComposeBench.h"
 
 #include "addressbook/ContactItems.h"
+#include "support/PaintCount.h"
 
 #include <QDragEnterEvent>
 #include <QDropEvent>
@@ -172,9 +173,55 @@ TEST_F(RecipientListTest, TheLastNewMemberOfAGroupComesIntoView) {
 
 TEST_F(RecipientListTest, AGroupThatCannotBeReadChangesNothing) {
     const qint16 group = Office.AddGroup(QStringLiteral("Drivers"));
+    const QString key = AddRecipient(1, QStringLiteral("Byrne"));
+    const ListRow row = lvRecipients().Rows().At(0);
     Office.PhonebookDB().CloseDatabase();
     Area->DropGroupByID(group);
-    EXPECT_EQ(lvRecipients().Rows().Count(), 0);
+    Area->UpdateStateDisplay();
+    ASSERT_EQ(lvRecipients().Rows().Count(), 1);
+    EXPECT_EQ(lvRecipients().Rows().At(0), row);
+    ASSERT_EQ(RecipientContacts.Count(), 1);
+    EXPECT_EQ(RecipientContacts.ContactByKey(key)->Surname, QStringLiteral("Byrne"));
+    EXPECT_EQ(RecipientCaption(), QStringLiteral("Recipient List [1]"));
+}
+
+TEST_F(RecipientListTest, MembersOfAGroupComeInTheOrderInWhichThePhonebookNamesThem) {
+    QList<qint32> members;
+    for (const char* surname : {"Celik", "Ahern", "Brown"}) {
+        members.append(
+            Office.AddContact(QString::fromLatin1(surname), QStringLiteral("A"), QStringLiteral("+1")));
+    }
+    const qint16 group = Office.AddGroup(QStringLiteral("Drivers"), {members[2], members[0], members[1]});
+    QStringList keys;
+    const auto rows = mdlPhonebook::GetGroupMembers(Office.PhonebookValues, group);
+    for (; !rows->EndOfFile(); rows->MoveNext()) {
+        keys.append(Keys::ContactKey(rows->Value(u"cntID").toInt()));
+    }
+    ASSERT_EQ(keys.size(), 3);
+    Area->DropGroupByID(group);
+    EXPECT_EQ(lvRecipients().Rows().KeyList(), keys);
+}
+
+TEST_F(RecipientListTest, ARefreshKeepsTheOrderInWhichTheRecipientsCame) {
+    AddRecipient(3, QStringLiteral("Ahern"));
+    AddRecipient(1, QStringLiteral("Celik"));
+    AddRecipient(2, QStringLiteral("Brown"));
+    lvRecipients().SelectKey(QStringLiteral("C1"));
+    QTest::keyClick(&lvRecipients(), Qt::Key_Delete);
+    Area->RefreshRecipientList();
+    EXPECT_EQ(lvRecipients().Rows().KeyList(),
+              (QStringList{QStringLiteral("C3"), QStringLiteral("C1"), QStringLiteral("C2")}));
+}
+
+TEST_F(RecipientListTest, ARefreshPaintsTheListOnceItIsFilled) {
+    ShowWindow();
+    AddRecipient(1, QStringLiteral("Byrne"));
+    QCoreApplication::processEvents();
+    PaintCount paints(*lvRecipients().viewport());
+    Area->RefreshRecipientList();
+    EXPECT_EQ(paints.Count, 0);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(paints.Count, 1);
 }
 
 TEST_F(RecipientListTest, AMemberWhoseNumberIsTooLargeIsLeftOut) {

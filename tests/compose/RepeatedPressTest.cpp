@@ -236,6 +236,7 @@ TEST_F(RepeatedPressTest, NothingThatIsBeingSentChangesWhileTheSendWaits) {
         QTest::keyClick(&lvRecipients(), Qt::Key_Delete);
         QTest::keyClicks(&txtMessage(), QStringLiteral("more"));
         QTest::keyClicks(&txtEndWidth(), QStringLiteral("sig"));
+        Find<QPushButton>("cmdClearMessage").click();
         Find<QPushButton>("cmdClearRecipients").click();
         cmdSendNow().click();
         cmdSendLater().click();

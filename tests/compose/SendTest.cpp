@@ -68,6 +68,52 @@ TEST_F(SendTest, APressWritesARowForEachRecipientInListOrder) {
     EXPECT_EQ(TrackedNumbers().size(), 2);
 }
 
+TEST_F(SendTest, TheHistoryReachesTheDiskOnceForASendHoweverItEnds) {
+    const QString second = Office.Folders.ApplicationFolder() + QStringLiteral(".larkspan-history");
+    History.AddToHistory(1, QStringLiteral("Before"), QStringLiteral("Hi"), Office.Time.Time);
+    for (const bool isStopped : {false, true}) {
+        for (qint16 id = 1; id <= 3; ++id) {
+            AddRecipient(id, QStringLiteral("Byrne"));
+        }
+        if (isStopped) {
+            RecipientContacts.RemoveByKey(QStringLiteral("C3"));
+        }
+        txtMessage().SetText(QStringLiteral("Hello"));
+        Office.Files.HastyWrites = Office.Files.Syncs = 0;
+        PressNow();
+        EXPECT_EQ(Office.Files.HastyWrites, isStopped ? 2 : 3);
+        EXPECT_EQ(Office.Files.Syncs, 1);
+        EXPECT_FALSE(QFile::exists(second));
+    }
+    EXPECT_EQ(History.ReadHistory().size(), 6);
+}
+
+TEST_F(SendTest, APressWithAnotherMouseButtonIsNotTheFirstOfADoubleClick) {
+    AddRecipient(1, QStringLiteral("Byrne"));
+    Office.Keys.Down = {KeyState::Key::Control};
+    const QPoint middle = cmdSendNow().rect().center();
+    auto send = [&, time = quint64{1000}](QEvent::Type type, Qt::MouseButton button) mutable {
+        const bool isRelease = type == QEvent::MouseButtonRelease;
+        QMouseEvent event(type, middle, cmdSendNow().mapToGlobal(middle), button,
+                          isRelease ? Qt::NoButton : button, Qt::NoModifier);
+        event.setTimestamp(time += 10);
+        QApplication::sendEvent(&cmdSendNow(), &event);
+    };
+    for (const Qt::MouseButton other : {Qt::RightButton, Qt::MiddleButton}) {
+        send(QEvent::MouseButtonPress, other);
+        send(QEvent::MouseButtonRelease, other);
+        send(QEvent::MouseButtonDblClick, other);
+        send(QEvent::MouseButtonRelease, other);
+    }
+    EXPECT_TRUE(Office.MessageRows().isEmpty());
+    send(QEvent::MouseButtonPress, Qt::LeftButton);
+    send(QEvent::MouseButtonRelease, Qt::LeftButton);
+    EXPECT_EQ(Office.MessageRows().size(), 1);
+    send(QEvent::MouseButtonPress, Qt::LeftButton);
+    send(QEvent::MouseButtonRelease, Qt::LeftButton);
+    EXPECT_EQ(Office.MessageRows().size(), 1) << "that was a double click";
+}
+
 TEST_F(SendTest, ASuccessfulSendClearsTheCompositionAndTracksFromNowOn) {
     AddRecipient(1, QStringLiteral("Byrne"));
     PressNow();
@@ -102,11 +148,24 @@ TEST_F(SendTest, APlaceToFillInIsSelectedAndNothingIsSent) {
     EXPECT_TRUE(txtMessage().hasFocus());
     EXPECT_EQ(Busy.Value(), Busy::Idle);
     txtEndWidth().setFocus();
+    txtMessage().Select(0, 0);
     Area->SendLater();
+    EXPECT_EQ(txtMessage().textCursor().selectionStart(), 5);
+    EXPECT_EQ(txtMessage().textCursor().selectionEnd(), 7);
     EXPECT_TRUE(txtMessage().hasFocus());
     EXPECT_EQ(Busy.Value(), Busy::Idle);
     EXPECT_TRUE(Office.MessageRows().isEmpty());
     EXPECT_TRUE(Host.Calls.isEmpty());
+}
+
+TEST_F(SendTest, TheTimeOfAPressIsTakenWhenEverybodyIsConfirmed) {
+    AddRecipient(1, QStringLiteral("Byrne"), true);
+    Door.ExpectDialog([this](QDialog& dialog) {
+        Office.Time.Time = QDateTime(QDate(2026, 3, 7), QTime(16, 5, 9));
+        PressIn(dialog, "cmdOkay");
+    });
+    PressNow();
+    EXPECT_EQ(Column("msgSendTime"), QStringList{QStringLiteral("2026-03-07 16:05:09")});
 }
 
 TEST_F(SendTest, WithCtrlHeldAllRowsAreWrittenAndListAndTextStay) {

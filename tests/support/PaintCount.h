@@ -3,15 +3,24 @@
 #include <QEvent>
 #include <QWidget>
 
+#include <functional>
+
 /// Counts how often a widget is painted.
 class PaintCount final : public QObject {
 public:
     explicit PaintCount(QWidget& watched) { watched.installEventFilter(this); }
     int Count = 0;
+    /// Runs at the start of each painting.
+    std::function<void()> OnPaint;
 
 protected:
     bool eventFilter(QObject*, QEvent* event) override {
-        Count += event->type() == QEvent::Paint ? 1 : 0;
+        if (event->type() == QEvent::Paint) {
+            ++Count;
+            if (OnPaint) {
+                OnPaint();
+            }
+        }
         return false;
     }
 };
