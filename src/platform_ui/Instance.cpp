@@ -12,6 +12,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <utility>
 
 namespace {
 
@@ -51,10 +52,7 @@ LocalInstance::LocalInstance(const QString& folder, const QString& session)
 }
 
 LocalInstance::~LocalInstance() {
-    m_server = nullptr;
-    if (m_lock >= 0) {
-        close(m_lock);
-    }
+    Release();
 }
 
 bool LocalInstance::IsPreviousInstance() {
@@ -122,6 +120,13 @@ bool LocalInstance::RequestShow() {
     const bool isTold = socket.flush() || socket.waitForBytesWritten(RequestTimeout);
     socket.disconnectFromServer();
     return isTold;
+}
+
+void LocalInstance::Release() {
+    m_server = nullptr;  // before the lock: whoever gets that makes a socket of the same name
+    if (m_lock >= 0) {
+        close(std::exchange(m_lock, -1));
+    }
 }
 
 QString LocalInstance::RuntimeFolder() {

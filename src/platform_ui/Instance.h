@@ -16,12 +16,14 @@ class Instance {
 public:
     virtual ~Instance() = default;
     /// Becomes the one running copy, or reports that there is one. The claim ends with the process, however
-    /// it ends. Where the machine lets nobody claim anything (no writable folder), there is no previous
-    /// instance.
+    /// it ends, if Release did not end it before. Where the machine lets nobody claim anything (no writable
+    /// folder), there is no previous instance.
     [[nodiscard]] virtual bool IsPreviousInstance() = 0;
     /// Asks the running copy to show itself; it may be busy and act on it later. False if it could not be
     /// told.
     virtual bool RequestShow() = 0;
+    /// Gives the claim back: this copy ends now, and the next start is the first one.
+    virtual void Release() = 0;
     /// What the one running copy does when it is asked.
     virtual void SetOnShow(std::function<void()> onShow) = 0;
 };
@@ -39,6 +41,7 @@ public:
 
     [[nodiscard]] bool IsPreviousInstance() override;
     bool RequestShow() override;
+    void Release() override;
     void SetOnShow(std::function<void()> onShow) override { m_onShow = std::move(onShow); }
 
     /// Lock and socket count as used just now; runs by itself every hour.

@@ -34,6 +34,10 @@ void ShowRequests::UnsubclassMainWindow() {
     m_machine.OneCopy.SetOnShow({});
 }
 
+void ShowRequests::ReleaseInstance() {
+    m_machine.OneCopy.Release();
+}
+
 void ShowRequests::DeleteInstanceMarker() {
     mdlInstance::DeleteInstanceMarker(m_machine);
 }

@@ -22,6 +22,8 @@ public:
     void SubclassMainWindow();
     /// Requests are no longer heard.
     void UnsubclassMainWindow();
+    /// Another start of the program does not find this one any more: it opens a window of its own.
+    void ReleaseInstance();
     /// Old versions of the program left a file beside the one with the window's handle.
     void DeleteInstanceMarker();
     /// Out of the task bar if it is minimised there, and in front of all others. A window that is in front

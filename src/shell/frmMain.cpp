@@ -50,8 +50,10 @@ frmMain::frmMain(AppContext& context, const Machine& machine, const CommandLine&
       m_requests(std::make_unique<ShowRequests>(*this, machine, [this] { ComeForward(); })),
       m_tray(new TrayArea(*this, machine,
                           {[this] { m_requests->ForceForeground(); }, [this] { m_commands->PressExit(); }})),
-      m_exit(std::make_unique<ExitPath>(context, machine.AppLog, &QApplication::closeAllWindows,
-                                        &QCoreApplication::quit)) {
+      m_exit(std::make_unique<ExitPath>(context, machine.AppLog, &QApplication::closeAllWindows, [this] {
+          m_requests->ReleaseInstance();
+          QCoreApplication::quit();
+      })) {
     setObjectName(QStringLiteral("frmMain"));
     m_layout->Restore(context.AppSettings);
     connect(m_commands, &CommandStrip::HistoryPressed, this, [this] { m_history->Open(); });
@@ -86,9 +88,18 @@ void frmMain::MakeKeys() {
 }
 
 void frmMain::Load() {
-    RunSteps(LoadSteps(), [this](const std::exception& failure) {
-        m_machine.AppLog.Write(QStringLiteral("frmMain_Load Error:") + QString::fromUtf8(failure.what()));
-    });
+    RunLoadSteps(LoadSteps());
+}
+
+void frmMain::RunLoadSteps(const StepTable& steps) {
+    for (const NamedStep& step : steps) {
+        if (m_isUnloaded) {
+            return;
+        }
+        TrapTo(step.Run, [this](const std::exception& failure) {
+            m_machine.AppLog.Write(QStringLiteral("frmMain_Load Error:") + QString::fromUtf8(failure.what()));
+        });
+    }
 }
 
 StepTable frmMain::LoadSteps() {
@@ -103,24 +114,17 @@ StepTable frmMain::LoadSteps() {
         {QStringLiteral("ExpandPlaceholders"),
          [this] { FormTools::ExpandPlaceholders(*this, m_machine.Time.Now().date().year()); }},
         {QStringLiteral("SetAppWindowStyle"), [this] { m_requests->SetAppWindowStyle(); }},
-        {QStringLiteral("InitMainWindow"), [this] { InitMainWindow(); }},
-        {QStringLiteral("CreateTracker"), [this] { m_delivery->CreateTracker(m_tray->Balloon()); }},
+        {QStringLiteral("InitMainWindow"), [this] { RunLoadSteps(InitMainWindowSteps()); }},
+        {QStringLiteral("CreateTracker"),
+         [this] {
+             m_delivery->CreateTracker(m_tray->Balloon());
+             m_loaded.Tracker = true;
+         }},
         {QStringLiteral("SetAdCursor"), [this] { AdCursor = QCursor(Qt::ArrowCursor); }},
         {QStringLiteral("ShowTipOfTheDay"),
          [this] { TipOfDay::ShowIfDue(m_machine, m_context.AppSettings, m_commandLine); }},
-        {QStringLiteral("SubclassMainWindow"),
-         [this] {
-             if (!m_isUnloaded) {  // it may have been closed over the tip of the day
-                 m_requests->SubclassMainWindow();
-             }
-         }},
+        {QStringLiteral("SubclassMainWindow"), [this] { m_requests->SubclassMainWindow(); }},
     };
-}
-
-void frmMain::InitMainWindow() {
-    RunSteps(InitMainWindowSteps(), [this](const std::exception& failure) {
-        m_machine.AppLog.Write(QStringLiteral("frmMain_Load Error:") + QString::fromUtf8(failure.what()));
-    });
 }
 
 StepTable frmMain::InitMainWindowSteps() {
@@ -133,7 +137,11 @@ StepTable frmMain::InitMainWindowSteps() {
         {QStringLiteral("InitMessageSize"), [this] { InitMessageSize(); }},
         {QStringLiteral("InitMessageTails"), [this] { InitMessageTails(); }},
         {QStringLiteral("InitSortBy"), [this] { InitSortBy(); }},
-        {QStringLiteral("LoadSignature"), [this] { m_compose->LoadSignature(); }},
+        {QStringLiteral("LoadSignature"),
+         [this] {
+             m_compose->LoadSignature();
+             m_loaded.Signature = true;
+         }},
         {QStringLiteral("HideAlert"), [this] { ShowAlert(false); }},
         {QStringLiteral("Reset"), [this] { Reset(); }},
         {QStringLiteral("EndInitialising"), [this] { IsInitialising = false; }},
@@ -166,14 +174,30 @@ StepTable frmMain::QueryUnloadSteps() {
          [this] {
              m_commands->StopBanner();
              m_delivery->StopPoll();
+             m_delivery->Release();  // a poll that is under way tells nobody what it finds
          }},
         {QStringLiteral("UnsubclassMainWindow"), [this] { m_requests->UnsubclassMainWindow(); }},
-        {QStringLiteral("SaveSignature"), [this] { m_compose->SaveSignature(); }},
+        {QStringLiteral("SaveSignature"),
+         [this] {
+             if (m_loaded.Signature) {
+                 m_compose->SaveSignature();
+             }
+         }},
         {QStringLiteral("SaveSortBy"), [this] { m_context.SaveSortBy(); }},
-        {QStringLiteral("SaveTracker"), [this] { m_context.MessageTracker.SaveSettings(); }},
+        {QStringLiteral("SaveTracker"),
+         [this] {
+             if (m_loaded.Tracker) {
+                 m_context.MessageTracker.SaveSettings();
+             }
+         }},
         {QStringLiteral("DeleteInstanceMarker"), [this] { m_requests->DeleteInstanceMarker(); }},
         {QStringLiteral("RestoreIcons"), [this] { m_tray->RestoreIcons(); }},
-        {QStringLiteral("SaveTabOrder"), [this] { m_phonebook->SaveTabOrder(); }},
+        {QStringLiteral("SaveTabOrder"),
+         [this] {
+             if (m_loaded.Tabs) {
+                 m_phonebook->SaveTabOrder();
+             }
+         }},
         {QStringLiteral("SaveLayout"), [this] { m_layout->Save(m_context.AppSettings); }},
         {QStringLiteral("Hide"),
          [this] {
@@ -212,7 +236,9 @@ void frmMain::InitAlphaTabs() {
 }
 
 void frmMain::InitGroupTabs() {
+    m_loaded.Tabs = false;
     m_phonebook->InitGroupTabs();
+    m_loaded.Tabs = true;
 }
 
 void frmMain::InitMessageSize() {
@@ -237,6 +263,26 @@ void frmMain::ShowGroup() {
 
 void frmMain::ShowAlphaGroup(const QString& letter) {
     m_phonebook->ShowAlphaGroup(letter);
+}
+
+void frmMain::AddKeyToRecipients(const QString& key, bool select) {
+    m_compose->AddKeyToRecipients(key, select);
+}
+
+void frmMain::ShowRemainingChars() {
+    m_compose->ShowRemainingChars();
+}
+
+QString frmMain::GetTailText() const {
+    return m_compose->GetTailText();
+}
+
+int frmMain::CountChar(const QString& text, QChar character) {
+    return ComposeArea::CountChar(text, character);
+}
+
+qint16 frmMain::SMSLength(const QString& text) {
+    return ComposeArea::SMSLength(text);
 }
 
 void frmMain::EnableButtons() {

@@ -41,12 +41,14 @@ public:
     /// The pointer over imgAd: the arrow, or the hand while the picture on show has a link.
     QCursor AdCursor;
 
-    /// Fills the window. Failures are logged, and the next step runs.
+    /// Fills the window. Failures are logged, and the next step runs; a window that is closed meanwhile loads
+    /// no further.
     void Load();
     /// What Load runs, and what its step InitMainWindow runs; each in order.
     [[nodiscard]] StepTable LoadSteps();
     [[nodiscard]] StepTable InitMainWindowSteps();
-    /// What is saved and closed before the window goes.
+    /// What is saved and closed before the window goes. What was not loaded yet is not saved: the settings
+    /// keep it.
     [[nodiscard]] StepTable QueryUnloadSteps();
 
     /// Steps of InitMainWindow, each of the area that it is named after: see PhonebookArea and ComposeArea.
@@ -60,10 +62,15 @@ public:
     /// Passed on to PhonebookArea and ComposeArea, where each says what it does.
     void ShowGroup();
     void ShowAlphaGroup(const QString& letter);
+    void AddKeyToRecipients(const QString& key, bool select);
+    void ShowRemainingChars();
     void EnableButtons();
     void Reset();
     void UpdateStateDisplay() override;
     void ContactListFocus(bool home) override;
+    [[nodiscard]] QString GetTailText() const;
+    [[nodiscard]] static int CountChar(const QString& text, QChar character);
+    [[nodiscard]] static qint16 SMSLength(const QString& text);
     /// Hides the window, or brings it back to the front. Without a notification area it is minimised.
     void ToTray(bool hide);
     [[nodiscard]] bool IsInTray() const;
@@ -99,7 +106,7 @@ protected:
 
 private:
     void MakeKeys();
-    void InitMainWindow();
+    void RunLoadSteps(const StepTable& steps);
     /// What a second start of the program asks for.
     void ComeForward();
 
@@ -116,5 +123,11 @@ private:
     std::unique_ptr<ShowRequests> m_requests;
     TrayArea* m_tray;
     std::unique_ptr<ExitPath> m_exit;
+    /// What stands in the window as the settings had it.
+    struct {
+        bool Signature = false;
+        bool Tracker = false;
+        bool Tabs = false;
+    } m_loaded;
     bool m_isUnloaded = false;
 };

@@ -18,12 +18,20 @@ class FakeInstance final : public Instance {
 public:
     bool IsPrevious = false;
     int ShowRequests = 0;
+    int Releases = 0;
+    std::function<void()> OnRelease;
     std::function<void()> OnShow;
 
     [[nodiscard]] bool IsPreviousInstance() override { return IsPrevious; }
     bool RequestShow() override {
         ++ShowRequests;
         return true;
+    }
+    void Release() override {
+        ++Releases;
+        if (OnRelease) {
+            OnRelease();
+        }
     }
     void SetOnShow(std::function<void()> onShow) override { OnShow = std::move(onShow); }
 };

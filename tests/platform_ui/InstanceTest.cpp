@@ -110,6 +110,19 @@ TEST(Instance, AfterACrashOfTheFirstThereIsNoPreviousInstance) {
     EXPECT_TRUE(restarted.Says("shown"));
 }
 
+TEST(Instance, ACopyThatGaveItsClaimBackMakesWayAndLeavesTheNextOneItsSocket) {
+    const QTemporaryDir folder;
+    LocalInstance ending(folder.path(), QStringLiteral("test"));
+    ASSERT_FALSE(ending.IsPreviousInstance());
+    ending.Release();
+    Copy next(folder);
+    ASSERT_TRUE(next.Says("first"));
+    ending.Release();
+    Copy second(folder);
+    EXPECT_EQ(second.AllWhenEnded(), "second\ntold\n");
+    EXPECT_TRUE(next.Says("shown"));
+}
+
 TEST(Instance, OfTwelveStartsAtTheSameMomentExactlyOneIsLeft) {
     const QTemporaryDir folder;
     constexpr int Starts = 12;
