@@ -8,12 +8,15 @@
 #include "store/Phonebook.h"
 #include "store/engine/Error.h"
 
+#include <algorithm>
+
 namespace {
 
 void MoveTab(TabControl& tabs, int& position, int to) {
     const QString caption = tabs.Caption(position);
     const QString tag = tabs.Tag(position);
     tabs.RemoveAt(position);
+    to = std::clamp(to, 0, tabs.Count());  // a saved order can have put a group at either end
     tabs.Insert(to, caption);
     tabs.SetTag(to, tag);
     position = to;

@@ -34,7 +34,8 @@ void RestoreTabOrder(TabControl& tabs, const Settings& settings);
 /// The tabs that are no groups: everyone, favourites, private.
 [[nodiscard]] bool IsSystemTab(const TabControl& tabs, int position);
 /// Both put the tab one place on as a new tab with caption and tag of the old one, and `position` follows it.
-/// Neither moves a system tab; up does nothing at position 1, down at the number of tabs minus 3.
+/// Neither moves a system tab; up does nothing at position 1, down at the number of tabs minus 3. Neither
+/// moves a tab beyond the first place or the last.
 void MoveTabUp(TabControl& tabs, int& position);
 void MoveTabDown(TabControl& tabs, int& position);
 

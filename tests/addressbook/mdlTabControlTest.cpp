@@ -91,6 +91,20 @@ TEST_F(mdlTabControlTest, DownStopsAtTheThirdTabFromTheEndAndOnlyThere) {
     EXPECT_EQ(mdlTabControl::GetTabIDs(m_tabs), Order({-1, 5, 7, -2, -3, 2})) << "equality, not a bound";
 }
 
+TEST_F(mdlTabControlTest, AGroupAtEitherEndIsMovedNoFurther) {
+    Add({2, -1, -2, -3, 5});
+    int position = 0;
+    mdlTabControl::MoveTabUp(m_tabs, position);
+    EXPECT_EQ(mdlTabControl::GetTabIDs(m_tabs), Order({2, -1, -2, -3, 5}));
+    EXPECT_EQ(position, 0);
+    EXPECT_EQ(m_tabs.Caption(0), QStringLiteral("2"));
+    position = 4;
+    mdlTabControl::MoveTabDown(m_tabs, position);
+    EXPECT_EQ(mdlTabControl::GetTabIDs(m_tabs), Order({2, -1, -2, -3, 5}));
+    EXPECT_EQ(position, 4);
+    EXPECT_EQ(m_tabs.Caption(4), QStringLiteral("5"));
+}
+
 TEST_F(mdlTabControlTest, SystemTabsAreMovedByNeither) {
     Add({-1, 2, -2, 5});
     int position = 2;
