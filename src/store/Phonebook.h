@@ -77,10 +77,12 @@ bool OpenPhonebook(const PhonebookServices& services);
 /// None also if there is no such row.
 [[nodiscard]] std::unique_ptr<engine::Recordset> GetContactByID(const PhonebookState& state, qint32 id);
 
-/// The new cntID, 0 on failure.
+/// The new cntID, 0 on failure (a box has told why). A lock that lasts longer than all attempts reads as
+/// success, here and below: nothing is written, no box tells it, and what comes back is the number that this
+/// connection gave out last, 0 if it has given out none.
 [[nodiscard]] qint32 AddContact(const PhonebookServices& services, const ContactFields& fields);
-/// Writes all fields of the row `id`. True also if there is none; false for a failed statement (a box has
-/// told why).
+/// Writes all fields of the row `id`. True also if there is none, and if a lock outlasted all attempts; false
+/// for any other failed statement (a box has told why).
 [[nodiscard]] bool UpdateContact(const PhonebookServices& services, qint32 id, const ContactFields& fields);
 /// True if exactly one row was affected.
 bool DeleteContact(const PhonebookState& state, qint32 id);
@@ -90,8 +92,9 @@ bool DeleteContact(const PhonebookState& state, qint32 id);
 void AddToGroup(const PhonebookState& state, qint16 groupID, const QString& keys);
 /// Failures are passed over, a membership that is not there too.
 void RemoveFromGroup(const PhonebookState& state, qint16 groupID, qint16 contactID);
-/// Stores the first 10 characters. The new grpID, 0 on failure (a box has told why). Throws OverflowError for
-/// a grpID beyond 32767: the row is written by then.
+/// Stores the first 10 characters. The new grpID, 0 on failure (a box has told why); for a lock that
+/// outlasted all attempts as AddContact. Throws OverflowError for a grpID beyond 32767: the row is written by
+/// then.
 [[nodiscard]] qint16 AddGroup(const PhonebookServices& services, const QString& name);
 /// Stores the first 6 characters; failures are not reported.
 void RenameGroup(const PhonebookState& state, qint16 groupID, const QString& name);

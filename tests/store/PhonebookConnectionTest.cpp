@@ -30,6 +30,18 @@ TEST_F(PhonebookFileTest, WritesThatRunOutOnALockAreSilentAndWriteNothing) {
     EXPECT_TRUE(Office.MemberRows().isEmpty());
 }
 
+TEST_F(PhonebookFileTest, AnAdditionThatRunsOutOnALockGivesTheNumberThatTheConnectionGaveOutLast) {
+    const qint32 id = Add(u"Byrne", u"Mary");
+    LockingPeer peer(Office.PhonebookPath(), QStringLiteral("reserved"));
+    ContactFields fields;
+    fields.Surname = QStringLiteral("Late");
+    EXPECT_EQ(mdlPhonebook::AddContact(Office.Phonebook(), fields), id);
+    EXPECT_EQ(mdlPhonebook::AddGroup(Office.Phonebook(), QStringLiteral("Late")), id);
+    EXPECT_EQ(Surnames(u"*"), Names({u"Byrne"}));
+    EXPECT_EQ(Groups(), QStringList());
+    EXPECT_TRUE(Office.Boxes.Shown.isEmpty());
+}
+
 TEST_F(PhonebookFileTest, QueriesGiveNoneWhileAnotherProcessKeepsTheFileToItself) {
     Add(u"Byrne", u"Mary");
     LockingPeer peer(Office.PhonebookPath(), QStringLiteral("exclusive"));
