@@ -7,9 +7,11 @@
 #include <QApplication>
 #include <QGroupBox>
 #include <QLineEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QTest>
 
+#include <functional>
 #include <memory>
 
 namespace {
@@ -22,9 +24,15 @@ QLineEdit& Entry(QDialog& dialog) {
 class PaintedWindow final : public QWidget {
 public:
     int Paints = 0;
+    std::function<void()> OnPaint;
 
 protected:
-    void paintEvent(QPaintEvent*) override { ++Paints; }
+    void paintEvent(QPaintEvent*) override {
+        ++Paints;
+        if (OnPaint) {
+            OnPaint();
+        }
+    }
 };
 
 /// Counts the key presses that reach a widget.
@@ -134,13 +142,17 @@ TEST_F(AccessPasswordsTest, AfterThePromptTheWindowIsPaintedAndEventsRunTwice) {
     Store("cfgEditPassword", QStringLiteral("edit"));
     Owner.show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&Owner));
-    Door.ExpectDialog([this](QDialog& dialog) {
+    QPointer<QDialog> prompt;
+    Door.ExpectDialog([&](QDialog& dialog) {
+        prompt = &dialog;
         QTest::keyClick(&Entry(dialog), Qt::Key_Escape);
         Owner.Paints = 0;
     });
+    Owner.OnPaint = [&] { EXPECT_EQ(prompt, nullptr) << "a painted window has no prompt any more"; };
     int paintsBeforeEvents = -1;
     Office.Pump.OnProcess = [&](int) { paintsBeforeEvents = Owner.Paints; };
     EXPECT_FALSE(Edit());
+    Owner.OnPaint = {};
     EXPECT_EQ(Office.Pump.Calls, QList<int>{2});
     EXPECT_EQ(paintsBeforeEvents, 1);
 }
@@ -165,6 +177,49 @@ TEST_F(AccessPasswordsTest, AStoredPasswordWithBlanksAtItsEndsNeverPassesHistory
     Store("cfgEditPassword", QStringLiteral(" edit "));
     ExpectEntry(QStringLiteral(" edit "));
     EXPECT_TRUE(Edit()) << "blanks count for editing";
+}
+
+TEST_F(AccessPasswordsTest, BlanksAtTheEndsAreForgivenForTheHistoryAndForReportsAndCapitalsAreNot) {
+    const auto history = [this] { return Passwords.PublicHistoryPasswordCheck(); };
+    const auto reports = [this] { return Passwords.ReportPasswordCheck(); };
+    const QList<std::pair<const char*, std::function<bool()>>> locks = {{"cfgPublicHistoryPassword", history},
+                                                                        {"cfgReportPassword", reports}};
+    for (const auto& [column, check] : locks) {
+        Store(column, QStringLiteral("lark"));
+        for (const char* wrong : {"Lark", "LARK", "", "la rk"}) {
+            ExpectEntry(QString::fromLatin1(wrong));
+            EXPECT_FALSE(check()) << column << ' ' << wrong;
+        }
+        for (const char* right : {" lark", "lark ", "  lark  "}) {
+            Passwords.PublicHistoryAccepted = Passwords.ReportAccepted = false;
+            ExpectEntry(QString::fromLatin1(right));
+            EXPECT_TRUE(check()) << column << ' ' << right;
+        }
+    }
+}
+
+TEST_F(AccessPasswordsTest, OnceAcceptedThePublicHistoryStaysOpenWithoutAnotherPrompt) {
+    Store("cfgPublicHistoryPassword", QStringLiteral("one"));
+    ExpectEntry(QStringLiteral("one"));
+    EXPECT_TRUE(Passwords.PublicHistoryPasswordCheck());
+    EXPECT_TRUE(Passwords.PublicHistoryAccepted);
+    Store("cfgPublicHistoryPassword", QStringLiteral("two"));
+    EXPECT_TRUE(Passwords.PublicHistoryPasswordCheck());
+    Office.PhonebookDB().CloseDatabase();
+    EXPECT_TRUE(Passwords.PublicHistoryPasswordCheck());
+    EXPECT_EQ(Door.Dialogs.size(), 1);
+    EXPECT_FALSE(Passwords.ReportAccepted) << "each lock has its own flag";
+}
+
+TEST_F(AccessPasswordsTest, AWrongOrCanceledEntryLeavesTheLocksOfTheRunShut) {
+    Store("cfgPublicHistoryPassword", QStringLiteral("one"));
+    ExpectEntry(QStringLiteral("two"));
+    EXPECT_FALSE(Passwords.PublicHistoryPasswordCheck());
+    EXPECT_EQ(Door.Dialogs.size(), 1) << "there is no second try";
+    ExpectCancel();
+    EXPECT_FALSE(Passwords.PublicHistoryPasswordCheck());
+    EXPECT_FALSE(Passwords.PublicHistoryAccepted);
+    EXPECT_TRUE(Office.Boxes.Shown.isEmpty());
 }
 
 TEST_F(AccessPasswordsTest, OnceAcceptedTheReportLockStaysOpenWhateverTheTableSays) {
