@@ -3,6 +3,7 @@
 #include <QSocketNotifier>
 
 #include <atomic>
+#include <cerrno>
 #include <utility>
 
 #include <fcntl.h>
@@ -17,8 +18,10 @@ static_assert(std::atomic<int>::is_always_lock_free);
 void Handle(int number) {
     const int descriptor = writeEnd.exchange(-1);
     if (descriptor >= 0) {
+        const int errorBefore = errno;  // it belongs to whatever was interrupted
         const char byte = 0;
         [[maybe_unused]] const ssize_t ignored = write(descriptor, &byte, 1);
+        errno = errorBefore;
     } else {
         std::signal(number, SIG_DFL);
         std::raise(number);
