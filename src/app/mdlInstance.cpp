@@ -68,13 +68,16 @@ void ActivatePreviousInstance(const Machine& machine) {
     WindowHandle window = isReachable ? FindRunningWindow(machine) : 0;
     const bool isFound = window != 0;
     if (!isFound && isReachable) {
-        window = ReadInstanceHandle(machine);
+        // The number may have become that of another program's window, or of one that this program is still
+        // making: only the main window of a running copy has the class.
+        const WindowHandle noted = ReadInstanceHandle(machine);
+        window = IsFormClass(machine.Desktop, noted) ? noted : 0;
     }
     const bool isTold = window != 0 && machine.Desktop.SendShowRequest(window);
     if (isTold) {
         machine.Desktop.ForceForeground(window);
     }
-    // The handle in the file may have become the number of somebody else's window, which answers nothing.
+    // The file may be that of another session of the user.
     if (!isTold || !isFound) {
         machine.OneCopy.RequestShow();
     }

@@ -49,6 +49,7 @@ LocalInstance::LocalInstance(const QString& folder, const QString& session)
     if (folder.isEmpty()) {
         m_lockPath.clear();
     }
+    connect(&m_refresh, &QTimer::timeout, this, &LocalInstance::KeepFresh);
 }
 
 LocalInstance::~LocalInstance() {
@@ -72,7 +73,6 @@ bool LocalInstance::IsPreviousInstance() {
     m_lock = lock;
     MarkAsInUse(QFile::encodeName(m_lockPath));
     Listen();
-    connect(&m_refresh, &QTimer::timeout, this, &LocalInstance::KeepFresh);
     m_refresh.start(RefreshInterval);
     return false;
 }
@@ -123,6 +123,7 @@ bool LocalInstance::RequestShow() {
 }
 
 void LocalInstance::Release() {
+    m_refresh.stop();  // from here on the files are those of whoever comes next
     m_server = nullptr;  // before the lock: whoever gets that makes a socket of the same name
     if (m_lock >= 0) {
         close(std::exchange(m_lock, -1));

@@ -255,8 +255,7 @@ TEST(OnTheScreen, AHandleThatHasBecomeSomebodyElsesWindowDoesNotKeepTheRunningCo
     RealOffice office;
     RealProgram program(office);
     QWidget foreign;
-    foreign.setWindowTitle(Q("Somebody else"));
-    foreign.show();
+    foreign.setWindowTitle(Q("Somebody else"));  // and not on the screen
     // A hidden window stands in no list of the window manager: only the file and the socket are left.
     program.Window().hide();
     ASSERT_TRUE(program.Seams.Files.Replace(program.Seams.Places.TempFolder() + Q("hwnd.sms"),
@@ -265,6 +264,9 @@ TEST(OnTheScreen, AHandleThatHasBecomeSomebodyElsesWindowDoesNotKeepTheRunningCo
     Driver::WaitFor(Q("the end of the second start"),
                     [&] { return second.Process().state() == QProcess::NotRunning; });
     Driver::WaitFor(Q("the main window"), [&] { return program.Window().isVisible(); });
+    EXPECT_EQ(RealInput::Output({Q("search"), Q("--onlyvisible"), Q("--name"), Q("Somebody else")}),
+              QString())
+        << "put on the screen by a program that it does not belong to";
 }
 
 TEST(OnTheScreen, APressOnTheBackgroundMovesTheWindow) {
