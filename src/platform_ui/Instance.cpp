@@ -123,7 +123,7 @@ bool LocalInstance::RequestShow() {
 }
 
 void LocalInstance::Release() {
-    m_refresh.stop();  // from here on the files are those of whoever comes next
+    m_refresh.stop();    // from here on the files are those of whoever comes next
     m_server = nullptr;  // before the lock: whoever gets that makes a socket of the same name
     if (m_lock >= 0) {
         close(std::exchange(m_lock, -1));

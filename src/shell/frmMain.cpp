@@ -87,10 +87,6 @@ void frmMain::MakeKeys() {
     new MainWindowKeys(*this, std::move(keys));
 }
 
-void frmMain::Load() {
-    RunLoadSteps(LoadSteps());
-}
-
 void frmMain::RunLoadSteps(const StepTable& steps) {
     for (const NamedStep& step : steps) {
         if (m_isUnloaded) {

@@ -43,7 +43,7 @@ public:
 
     /// Fills the window. Failures are logged, and the next step runs; a window that is closed meanwhile loads
     /// no further.
-    void Load();
+    void Load() { RunLoadSteps(LoadSteps()); }
     /// What Load runs, and what its step InitMainWindow runs; each in order.
     [[nodiscard]] StepTable LoadSteps();
     [[nodiscard]] StepTable InitMainWindowSteps();
