@@ -5,6 +5,7 @@
 #include <QHash>
 
 #include <list>
+#include <memory_resource>
 
 /// A keyed collection of contacts in insertion order; a key occurs at most once. Adding, removing and looking
 /// up take constant time, so that batches stay linear. Pointers to contacts stay valid until the contact is
@@ -17,7 +18,7 @@ public:
 
     [[nodiscard]] int Count() const { return static_cast<int>(m_list.size()); }
     /// The collection itself, for iteration in order.
-    [[nodiscard]] const std::list<Contact>& list() const { return m_list; }
+    [[nodiscard]] const std::pmr::list<Contact>& list() const { return m_list; }
     void Clear();
     /// A key that is already there leaves the list as it was. Returns the contact that now stands under the
     /// key.
@@ -40,6 +41,7 @@ private:
     /// now stands under the key.
     Contact& KeepLast();
 
-    std::list<Contact> m_list;
-    QHash<QString, std::list<Contact>::iterator> m_byKey;
+    std::pmr::unsynchronized_pool_resource m_memory;  // a list of tens of thousands comes and goes with a tab
+    std::pmr::list<Contact> m_list{&m_memory};
+    QHash<QString, std::pmr::list<Contact>::iterator> m_byKey;
 };
