@@ -75,14 +75,14 @@ QString ContactsQuery(qint32 sort) {
                      : QStringLiteral("SELECT * FROM qry_Contacts_By_Surname");
 }
 
-/// A lock stands in the way of every row behind this one as well; a row that another changed stands alone.
+/// A lock may stand in the way of every row behind this one as well; a row that another changed stands alone.
 bool IsLock(const engine::Failure& failure) {
     const engine::Error& item = failure.Item();
     return engine::IsTransientError(failure.Number(), item.NativeError, item.SQLState) &&
            item.SQLState != QString::number(engine::Number::RowChangedByAnother);
 }
 
-/// False if the rows behind this one cannot be written either.
+/// False for a row that a lock keeps from being written; one that fails otherwise is passed over.
 bool WriteAlphaKeys(engine::Recordset& row) {
     QString name;
     Trap([&] { name = Numbers::NullToString(row.Value(u"cntSurname")); });
@@ -332,9 +332,11 @@ void RebuildAlphaKeys(const PhonebookState& state) {
     if (!engine::FieldExists(rows.get(), u"cntAlphaSurname")) {
         return;
     }
+    // Each row waits for a lock; after so many in a row it will not go soon, and there may be thousands.
+    constexpr int MaxLocksInARow = 3;
     Trap([&] {
-        while (!rows->EndOfFile() && WriteAlphaKeys(*rows)) {
-            rows->MoveNext();
+        for (int locks = 0; !rows->EndOfFile() && locks < MaxLocksInARow; rows->MoveNext()) {
+            locks = WriteAlphaKeys(*rows) ? 0 : locks + 1;
         }
     });
 }

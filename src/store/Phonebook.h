@@ -108,8 +108,8 @@ void SaveUserFieldHeaders(const PhonebookState& state, const QStringList& captio
 
 /// The first character in upper case; "#" if that is not in A to Z.
 [[nodiscard]] QString GetAlphaKey(const QString& name);
-/// Writes the alpha keys of every contact anew. A row that cannot be written is passed over; a lock, which
-/// would hold up each of the others, ends it. Nothing is reported.
+/// Writes the alpha keys of every contact anew. A row that cannot be written is passed over; three in a row
+/// that a lock held up end it. Nothing is reported.
 void RebuildAlphaKeys(const PhonebookState& state);
 
 }  // namespace mdlPhonebook
