@@ -266,5 +266,9 @@ TEST_F(HistoryBatch, AProgramThatIsKilledAtAnyMomentLeavesAWholeHistory) {
         Add(1);
         EXPECT_EQ(History.ReadHistory().size(), std::min<qsizetype>(before + 1, 250));
     }
-    EXPECT_EQ(Names(), TheTwo);
+    // A kill between two names of a new file leaves it under the first one.
+    QStringList names = Names();
+    EXPECT_FALSE(QFile::exists(SecondPath()));
+    names.removeIf([](const QString& name) { return name.startsWith(QStringLiteral(".larkspan-")); });
+    EXPECT_EQ(names, TheTwo);
 }
