@@ -1,6 +1,7 @@
 #include "ComposeBench.h"
 
 #include "support/PaintCount.h"
+#include "support/UncountedLeaks.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -176,7 +177,10 @@ TEST_F(MessageDisplayTest, ACountThatCannotBeShownLeavesSizeAndButtonsToFollow) 
     frame.setStyle(&style);
     lvRecipients().Rows().Add({QStringLiteral("C1"), QStringLiteral("x"), {}, 0, false});
     style.IsRefusing = true;
-    txtMessage().SetText(QStringLiteral("Hello"));
+    {
+        const UncountedLeaks toolkits;
+        txtMessage().SetText(QStringLiteral("Hello"));
+    }
     style.IsRefusing = false;
     EXPECT_EQ(Used(), QStringLiteral("5"));
     EXPECT_TRUE(cmdSendNow().isEnabled());
