@@ -172,15 +172,14 @@ TEST_F(MessageDisplayTest, ACountThatCannotBeShownLeavesSizeAndButtonsToFollow) 
             return QProxyStyle::subControlRect(control, option, part, widget);
         }
     };
+    const UncountedLeaks toolkits;
     RefusingStyle style;
     auto& frame = Find<QGroupBox>("fraRecipients");
     frame.setStyle(&style);
+    frame.setPalette(QPalette(DarkRed));  // its own: what is lost is made here
     lvRecipients().Rows().Add({QStringLiteral("C1"), QStringLiteral("x"), {}, 0, false});
     style.IsRefusing = true;
-    {
-        const UncountedLeaks toolkits;
-        txtMessage().SetText(QStringLiteral("Hello"));
-    }
+    txtMessage().SetText(QStringLiteral("Hello"));
     style.IsRefusing = false;
     EXPECT_EQ(Used(), QStringLiteral("5"));
     EXPECT_TRUE(cmdSendNow().isEnabled());
