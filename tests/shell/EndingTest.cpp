@@ -1,6 +1,6 @@
 #include "shell/MainWindow.h"
 #include "shell/StatusPoll.h"
-#include "support/RawDatabase.h"
+#include "support/LockedFile.h"
 
 #include "controls/PopupControl.h"
 
@@ -15,32 +15,6 @@ namespace {
 QString Q(const char* text) {
     return QString::fromLatin1(text);
 }
-
-/// Somebody sits on a database file, and lets go of it after what `happens` in the first wait of the program.
-class LockedFile {
-public:
-    LockedFile(TempOffice& office, const QString& path, std::function<void()> happens)
-        : m_office(office), m_other(path) {
-        m_other.Execute(Q("BEGIN EXCLUSIVE"));
-        office.Pump.OnProcess = [this, happens = std::move(happens)](int) {
-            if (!std::exchange(m_hasHappened, true)) {
-                happens();
-                m_other.Execute(Q("COMMIT"));
-            }
-        };
-    }
-    ~LockedFile() {
-        EXPECT_TRUE(m_hasHappened) << "nothing waited";
-        m_office.Pump.OnProcess = {};
-    }
-    LockedFile(const LockedFile&) = delete;
-    LockedFile& operator=(const LockedFile&) = delete;
-
-private:
-    TempOffice& m_office;
-    RawDatabase m_other;
-    bool m_hasHappened = false;
-};
 
 using StoredSettings = QMap<std::pair<QString, QString>, QString>;
 

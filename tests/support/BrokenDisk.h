@@ -52,6 +52,11 @@ private:
     uid_t m_before = geteuid();
 };
 
+/// A first base of a test: comes before the folders of the others, so that they belong to this account.
+struct AsOrdinaryUser {
+    OrdinaryUser User;
+};
+
 /// A folder in which nothing can be made, renamed or removed, for the lifetime of the object.
 class ReadOnlyFolder {
 public:

@@ -9,6 +9,6 @@
 /// behind it, which are anybody's guess, stand behind no point: ".mdb" in a path names a file.
 inline QString MemoryFolder(const QString& name) {
     const QString inMemory = QStringLiteral("/dev/shm");
-    return (QFileInfo(inMemory).isWritable() ? inMemory : QDir::tempPath()) + u'/' + name +
-           QStringLiteral("-XXXXXX");
+    return (QFileInfo(inMemory).isWritable() ? inMemory : QDir::tempPath()) + u'/' + name + u'-' +
+           QString(6, u'X');
 }

@@ -24,13 +24,6 @@ public:
     }
     /// What stood in the history before.
     [[nodiscard]] const QByteArray& Old() const { return m_old; }
-    [[nodiscard]] QList<qint32> IDs() {
-        QList<qint32> ids;
-        for (const HistoryRecord& record : History.ReadHistory()) {
-            ids.append(record.MessageID);
-        }
-        return ids;
-    }
     [[nodiscard]] QStringList Names() const {
         return QDir(Folders.Root.path()).entryList(QDir::Files | QDir::Hidden);
     }
@@ -40,10 +33,6 @@ private:
     QByteArray m_old;
 };
 
-/// Comes before the folders of the test, so that they belong to this account.
-struct AsOrdinaryUser {
-    OrdinaryUser User;
-};
 class HistoryBatchOfAnOrdinaryUser : public AsOrdinaryUser, public HistoryBatch {};
 
 }  // namespace

@@ -18,23 +18,12 @@ public:
 
     [[nodiscard]] const QByteArray& OldHistory() const { return m_history; }
     [[nodiscard]] const QByteArray& OldLog() const { return m_log; }
-    [[nodiscard]] QList<qint32> IDs() {
-        QList<qint32> ids;
-        for (const HistoryRecord& record : History.ReadHistory()) {
-            ids.append(record.MessageID);
-        }
-        return ids;
-    }
 
 private:
     QByteArray m_history;
     QByteArray m_log;
 };
 
-/// Comes before the folders of the test, so that they belong to this account.
-struct AsOrdinaryUser {
-    OrdinaryUser User;
-};
 class HistoryOfAnOrdinaryUser : public AsOrdinaryUser, public HistoryFailureTest {};
 
 }  // namespace

@@ -54,6 +54,14 @@ public:
         record += QByteArray::fromHex("000000002081e640");  // 46089.0
         return record;
     }
+    /// Of all records, the newest first.
+    [[nodiscard]] QList<qint32> IDs() {
+        QList<qint32> ids;
+        for (const HistoryRecord& record : History.ReadHistory()) {
+            ids.append(record.MessageID);
+        }
+        return ids;
+    }
     void Add(qint32 id, const QString& recipient = QStringLiteral("Aoife Brennan"),
              const QString& text = QStringLiteral("Hello")) {
         History.AddToHistory(id, recipient, text, Noon);

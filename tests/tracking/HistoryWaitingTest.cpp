@@ -1,4 +1,4 @@
-#include "support/RawDatabase.h"
+#include "support/LockedFile.h"
 #include "tracking/HistoryBench.h"
 
 #include <QCloseEvent>
@@ -51,32 +51,6 @@ TEST_F(HistoryWaiting, ACancelInTheMiddleOfAPassIsAskedWhenThePassIsOver) {
     EXPECT_FALSE(Timer().isActive());
 }
 
-/// The gateway sits on the outbox, and lets go of it after what `happens` in the first wait of the client.
-class LockedOutbox {
-public:
-    LockedOutbox(HistoryBench& bench, std::function<void()> happens)
-        : m_bench(bench), m_gateway(bench.Office.OutboxPath()) {
-        m_gateway.Execute(QStringLiteral("BEGIN EXCLUSIVE"));
-        bench.Office.Pump.OnProcess = [this, happens = std::move(happens)](int) {
-            if (!std::exchange(m_hasHappened, true)) {
-                happens();
-                m_gateway.Execute(QStringLiteral("COMMIT"));
-            }
-        };
-    }
-    ~LockedOutbox() {
-        EXPECT_TRUE(m_hasHappened) << "nothing waited";
-        m_bench.Office.Pump.OnProcess = {};
-    }
-    LockedOutbox(const LockedOutbox&) = delete;
-    LockedOutbox& operator=(const LockedOutbox&) = delete;
-
-private:
-    HistoryBench& m_bench;
-    RawDatabase m_gateway;
-    bool m_hasHappened = false;
-};
-
 /// A click on the close button of the window's frame.
 void CloseFrame(QWidget& window) {
     QCloseEvent close;
@@ -88,7 +62,7 @@ void CloseFrame(QWidget& window) {
 TEST_F(HistoryWaiting, AWindowClosedInTheMiddleOfAPassAsksNothingMore) {
     AddOwn(0);
     Open();
-    const LockedOutbox outbox(*this, [this] {
+    const LockedFile outbox(Office, Office.OutboxPath(), [this] {
         Form->DoCancel();
         Form->reject();
     });
@@ -116,7 +90,7 @@ TEST_F(HistoryWaiting, WhoeverClosesItInTheMiddleOfACancelIsObeyedWhenTheMessage
         Select({id});
         Office.Boxes.Expect(BoxAnswer::Yes);
         {
-            const LockedOutbox outbox(*this, [&, way = name, step = close] {
+            const LockedFile outbox(Office, Office.OutboxPath(), [&, way = name, step = close] {
                 step(id);
                 EXPECT_TRUE(Form->isVisible()) << way << ": what lies under it must take no input now";
             });
@@ -137,7 +111,8 @@ TEST_F(HistoryWaiting, WhatCouldNotBeCanceledIsToldAlsoToWhoHasClosedTheWindowMe
         dialog.hide();
     });
     SetStatus(taken, 1);
-    const LockedOutbox outbox(*this, [this] { QTest::keyClick(&Grid(), Qt::Key_Escape); });
+    const LockedFile outbox(Office, Office.OutboxPath(),
+                            [this] { QTest::keyClick(&Grid(), Qt::Key_Escape); });
     Button("cmdCancel").click();
     EXPECT_EQ(Door.Dialogs, QStringList{QStringLiteral("Larkspan Messenger - Cancel Messages")});
     EXPECT_FALSE(Form->isVisible());
@@ -147,7 +122,7 @@ TEST_F(HistoryWaiting, AProgramThatEndsInTheMiddleOfACancelClosesTheWindowAtOnce
     const qint32 id = AddOwn(0);
     Open();
     Office.Boxes.Expect(BoxAnswer::Yes);
-    const LockedOutbox outbox(*this, [this] {
+    const LockedFile outbox(Office, Office.OutboxPath(), [this] {
         EXPECT_TRUE(Form->close());
         EXPECT_FALSE(Form->isVisible());
     });
